@@ -1,16 +1,16 @@
-// Small services that every part of the framework needs: numbered strings, rounding of numbers on their way to a
-// reader, formatted text of any length, and the hook that turns a failure into its message.
+// Small services that every part of the framework needs: numbered strings, rounding of numbers on their way to
+// a reader, formatted text of any length, and the hook that turns a failure into its message.
 #ifndef USR_EDCUTILS_H
 #define USR_EDCUTILS_H
 
 #include <string>
 
-/// Numbered string of the program's resources, at most max - 1 characters of it, in one static buffer of 1024 that
-/// each call overwrites; `max` outside 0 to 1024 means 1024; an unknown number is an empty text.
+/// Numbered string of the program's resources, at most max - 1 characters of it, in one static buffer of 1024
+/// that each call overwrites; `max` outside 0 to 1024 means 1024; an unknown number is an empty text.
 const char *GetResString(int id, int max = -1);
 
-/// Rounded to a multiple of 10^exponent, half away from zero. A value that has no digits below that place, or that
-/// is not finite, comes back as it is.
+/// Rounded to a multiple of 10^exponent, half away from zero. A value that has no digits below that place, or
+/// that is not finite, comes back as it is.
 double EdcRound(double value, int exponent);
 enum { EDC_NOISE = -12 }; // exponent that takes the noise out of a sum
 

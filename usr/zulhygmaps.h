@@ -1,6 +1,7 @@
-// The hygiene evaluation of a whole plan: three criterion maps and their summary, without any drawing. The field at
-// head height serves all three, and a class is decided by a cheap bound wherever that is certain; only values
-// within a guard band of a limit are computed as EmROOM and the criteria do it. Pixels are bit for bit the same.
+// The hygiene evaluation of a whole plan: three criterion maps and their summary, without any drawing. The
+// field at head height serves all three, and a class is decided by a cheap bound wherever that is certain; only
+// values within a guard band of a limit are computed as EmROOM and the criteria do it. Pixels are bit for bit
+// the same.
 #ifndef USR_ZULHYGMAPS_H
 #define USR_ZULHYGMAPS_H
 
@@ -23,8 +24,8 @@ struct ZulHygieneMaps {
     double PassedShare() const { return static_cast<double>(passed) / static_cast<double>(total) * 100; } // %
 };
 
-/// Judges the plan on the raster of the last run, at the air temperature and the surface temperatures of that run.
-/// Without a map in `map` there are none here either.
+/// Judges the plan on the raster of the last run, at the air temperature and the surface temperatures of that
+/// run. Without a map in `map` there are none here either.
 void ZulJudgePlan(const EmROOM &room, const TZulMapInfo &info, const ZulPassMap &map, ZulHygieneMaps &out);
 
 #endif

@@ -15,12 +15,12 @@
 
 /// What the designer states for one run.
 struct ZulPassParams {
-    double height = 0;              // m, of the map above the floor
-    std::optional<double> minInte;  // W/m2, lower end of the scale
-    std::optional<double> maxInte;  // W/m2, upper end
-    std::optional<double> airTemp;  // C at 1.5 m
-    bool draft = true;              // coarse raster
-    bool fineScale = true;          // twelve colours, else three
+    double height = 0;             // m, of the map above the floor
+    std::optional<double> minInte; // W/m2, lower end of the scale
+    std::optional<double> maxInte; // W/m2, upper end
+    std::optional<double> airTemp; // C at 1.5 m
+    bool draft = true;             // coarse raster
+    bool fineScale = true;         // twelve colours, else three
 };
 
 /// A picture of colour indices, row 0 on top (the far side of the plan).
@@ -50,9 +50,9 @@ private:
 
 /// The colour table beside the irradiation map, as texts.
 struct ZulScaleTexts {
-    std::string line1;                                      // above: the air temperature for which it holds
-    std::string line2;                                      // below: the wanted operative temperature
-    std::vector<std::pair<std::string, std::string>> rows;  // intensity, temperature; the header row first
+    std::string line1;                                     // above: the air temperature for which it holds
+    std::string line2;                                     // below: the wanted operative temperature
+    std::vector<std::pair<std::string, std::string>> rows; // intensity, temperature; the header row first
 };
 
 /// One run's raster and map. `pixels` is empty where the ends of the scale leave no map.
@@ -66,8 +66,8 @@ struct ZulPassMap {
     bool HasMap() const { return !pixels.IsEmpty(); }
 };
 
-/// Runs the evaluation on the room: prepares emitters and surfaces, fills `info` and `map` anew. A failure ends it
-/// where it stands, with no map.
+/// Runs the evaluation on the room: prepares emitters and surfaces, fills `info` and `map` anew. A failure ends
+/// it where it stands, with no map.
 void ZulRunPass(EmROOM &room, const ZulPassParams &params, TZulMapInfo &info, ZulPassMap &map);
 
 /// The index of a sample in a scale of `colors` colours from lo to hi; a sample that is no number has 0.

@@ -1,6 +1,7 @@
-// The texts of the report that carry the hall's data: lists in blocks of five rows, input and evaluation texts, and
-// the closing text cut into pieces. No drawing: the document makes blocks of them, the command line prints them.
-// Texts are in the system's character set, with the inline markup ^superscript^, _subscript_ and the hard blank ~.
+// The texts of the report that carry the hall's data: lists in blocks of five rows, input and evaluation texts,
+// and the closing text cut into pieces. No drawing: the document makes blocks of them, the command line prints
+// them. Texts are in the system's character set, with the inline markup ^superscript^, _subscript_ and the hard
+// blank ~.
 #ifndef USR_ZULREPORT_H
 #define USR_ZULREPORT_H
 
@@ -19,7 +20,8 @@ ZulListBlocks ZulHoleList(const EmHOLESET &set);
 /// A text cut to `max` characters: as it is, or its first max - 3 and "...".
 std::string ZulCut(const char *text, int max);
 
-/// The six input texts: floor, ceiling, walls, air change, climate and operating mode, fuel with gain and sizes.
+/// The six input texts: floor, ceiling, walls, air change, climate and operating mode, fuel with gain and
+/// sizes.
 std::vector<std::string> ZulInputTexts(const EmROOM &room);
 /// The four evaluation texts: hall, installed power, fuel use, irradiation map.
 std::vector<std::string> ZulEvaluationTexts(const TZulMapInfo &info);
