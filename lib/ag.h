@@ -41,7 +41,7 @@ double operator*(const AgPOINT &a, const AgPOINT &b);  // scalar product
 /// Equal if no coordinate differs by more than AgTolerance.
 bool operator==(const AgPOINT &a, const AgPOINT &b);
 bool operator!=(const AgPOINT &a, const AgPOINT &b);
-/// Angle between two vectors, 0 to pi; NaN if one has no length.
+/// acos(a . b / (|a| * |b|)), 0 to pi; NaN if one has no length.
 double Angle(const AgPOINT &a, const AgPOINT &b);
 
 inline constexpr AgPOINT AgE0{0, 0, 0};
@@ -135,34 +135,39 @@ private:
     double m[3][4] = {{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}};
 
     void Apply(const double (&op)[3][4]);
+    void ScaleAxis(int plane, double factor); // the axis across the plane
     AgPOINT Direction(const AgPOINT &v) const;
 };
 
-/// The determinant of the frame with these axes: 0 if they are not independent.
+/// The determinant of the frame with these axes, a . (b % c): 0 if they are not independent.
 double AgDeterminant(const AgPOINT &a, const AgPOINT &b, const AgPOINT &c);
 
-/// The working store of the intersection solver: up to three equations in up to three unknowns.
+/// The working store of the intersection solver: three equations in up to three unknowns.
 class AgSYSTEM
 {
 public:
+    AgSYSTEM() = default;
+    AgSYSTEM(const AgSYSTEM &) = delete;
+    AgSYSTEM &operator=(const AgSYSTEM &) = delete;
+
     /// Coefficient (or, for j = 3, right-hand side) j of equation i.
     double &At(int i, int j);
+    /// Sets coefficient j of the three equations, or for j = 3 their right-hand sides.
+    void Column(int j, const AgPOINT &v);
+    void Swap(int i, int j); // equations
     /// Reduces to triangular form by columns 0 and 1 and tells the rank, or 0 if the equations contradict.
     int Reduce();
-    /// Solves the reduced system for the first k unknowns, 1 <= k <= 3.
+    /// Solves the reduced system for the first k unknowns, 1 <= k <= 3; its rank must be k.
     void Solve(int k);
-    double Result(int i) const { return result[i]; }
+    double Result(int i) const;
 
 private:
     double a[3][4] = {};
     double *row[3] = {a[0], a[1], a[2]}; // views into a; rows swap without copying
     double result[3] = {};
 
-    AgSYSTEM(const AgSYSTEM &) = delete;
-    AgSYSTEM &operator=(const AgSYSTEM &) = delete;
-
-public:
-    AgSYSTEM() = default;
+    void Eliminate(int i, int k);
+    int Rank() const;
 };
 
 // 1: one solution, handed back; 2: the two lie in one another; 0: they do not meet.
