@@ -7,6 +7,8 @@
 
 #include "lib/disk.h"
 
+#include <cstddef>
+
 enum { CdeMAXSTR = 256 }; // bound of a short string, terminator included
 
 // Tags. Other bytes are no items.
