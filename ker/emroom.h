@@ -1,9 +1,9 @@
-// The hall: one box with its design data, its envelope and what hangs and stands in it, and the thermal questions
-// that can be asked of it. Plain records that dialogs and drawing layers write into directly; there is no setter
-// layer, and derived fields are valid only after Prepare. A hall has six surfaces, some dozen openings and from a
-// few to a few hundred emitters; every list is intrusive because members are moved, picked and deleted singly.
-// Lengths in m, temperatures in degrees Celsius, powers in W, angles in radians. x along the length, y along the
-// width, z up; the floor's corner is the origin.
+// The hall: one box with its design data, its envelope and what hangs and stands in it, and the thermal
+// questions that can be asked of it. Plain records that dialogs and drawing layers write into directly; there
+// is no setter layer, and derived fields are valid only after Prepare. A hall has six surfaces, some dozen
+// openings and from a few to a few hundred emitters; every list is intrusive because members are moved, picked
+// and deleted singly. Lengths in m, temperatures in degrees Celsius, powers in W, angles in radians. x along
+// the length, y along the width, z up; the floor's corner is the origin.
 #ifndef KER_EMROOM_H
 #define KER_EMROOM_H
 
@@ -44,22 +44,22 @@ enum { EM_STANDING = 1, EM_SITTING = 2 };            // position
 
 /// The design data, as the dialogs edit them.
 struct EmROOMDATA {
-    EmCONSTRUCTION constr[3];    // floor (tExt: ground), ceiling, all walls
-    double airChange = 0;        // 1/h, multiples of the hall's volume
-    double airTemp = 0;          // C, incoming air
-    int32_t periodDays = 0;      // heating season, 0 to 365
-    int32_t weekDays = 0;        // operating days a week, 0 to 7
-    double dayHours = 0;         // operating hours a day, 0 to 24
-    double meanOutTemp = 0;      // C, mean of the season
-    double designOutTemp = 0;    // C
-    double runAirTemp = 0;       // C, while operating
-    double reducedAirTemp = 0;   // C, outside operating hours
-    double resultTemp = 0;       // C, wanted operative temperature
+    EmCONSTRUCTION constr[3];  // floor (tExt: ground), ceiling, all walls
+    double airChange = 0;      // 1/h, multiples of the hall's volume
+    double airTemp = 0;        // C, incoming air
+    int32_t periodDays = 0;    // heating season, 0 to 365
+    int32_t weekDays = 0;      // operating days a week, 0 to 7
+    double dayHours = 0;       // operating hours a day, 0 to 24
+    double meanOutTemp = 0;    // C, mean of the season
+    double designOutTemp = 0;  // C
+    double runAirTemp = 0;     // C, while operating
+    double reducedAirTemp = 0; // C, outside operating hours
+    double resultTemp = 0;     // C, wanted operative temperature
     int32_t fuelType = EM_NATURAL_GAS;
-    double regulation = 0;       // effect of the controls, a factor, 0 to 1.1
-    double fuelPrice = 0;        // currency per fuel unit (m3 of natural gas, kg of propane)
-    double techGain = 0;         // W, permanent gain from technology
-    int32_t workClass = 0;       // 0 none, 1 I, 2 IIa, 3 IIb, 4 IIIa, 5 IIIb
+    double regulation = 0; // effect of the controls, a factor, 0 to 1.1
+    double fuelPrice = 0;  // currency per fuel unit (m3 of natural gas, kg of propane)
+    double techGain = 0;   // W, permanent gain from technology
+    int32_t workClass = 0; // 0 none, 1 I, 2 IIa, 3 IIb, 4 IIIa, 5 IIIb
     int32_t position = EM_STANDING;
 };
 
@@ -102,10 +102,11 @@ public:
 
     EmSURFACE *Surface() const;
     void Prepare();
-    /// The opening's record with its areas above and below the height z of its surface's plan. Needs no Prepare.
+    /// The opening's record with its areas above and below the height z of its surface's plan. Needs no
+    /// Prepare.
     void Split(EmCONSTRUCTION *out, double z) const;
-    /// What the opening adds to its surface's radiation at a hall point, W/m2; qOffset is the surface's own flux,
-    /// negated.
+    /// What the opening adds to its surface's radiation at a hall point, W/m2; qOffset is the surface's own
+    /// flux, negated.
     double Radiation(const AgPOINT &p, double qOffset) const;
     /// The temperature outside it, C.
     double OuterTemp() const;
@@ -130,9 +131,9 @@ public:
 class EmSURFACE : public LINK
 {
 public:
-    AgPOINT size;           // m: width along uAxis, height along vAxis
-    AgPOINT origin;         // hall coordinates of the corner from which both axes start
-    AgPOINT uAxis;          // unit vectors of the plan; their cross product is the normal
+    AgPOINT size;   // m: width along uAxis, height along vAxis
+    AgPOINT origin; // hall coordinates of the corner from which both axes start
+    AgPOINT uAxis;  // unit vectors of the plan; their cross product is the normal
     AgPOINT vAxis;
     EmCONSTRUCTION *constr; // view into EmROOMDATA
     AgTRANSFORM transform;  // derived: hall to surface; z is the signed distance from its plane
@@ -174,18 +175,19 @@ public:
     EmSURFACE *Ceiling() const;
     EmSURFACE *FirstWall() const; // the walls are it and its three successors
 
-    /// Empties the set and builds the six surfaces of a hall of dims (length, width, height); constr points to the
-    /// three records of EmROOMDATA.
+    /// Empties the set and builds the six surfaces of a hall of dims (length, width, height); constr points to
+    /// the three records of EmROOMDATA.
     void BuildSurfaces(const AgPOINT &dims, EmCONSTRUCTION *constr);
     void Prepare();
     /// Inside surface temperatures and radiant excess at an air temperature, C; the walls share one record.
     void UpdateTemps(double tAir);
-    /// Totals of the surfaces for a split at height z. The ceiling is always above it, the floor below it if z is
-    /// positive.
+    /// Totals of the surfaces for a split at height z. The ceiling is always above it, the floor below it if z
+    /// is positive.
     void Transmission(double *a, double *b, double *c, double *d, double z) const;
     double Radiation(const AgPOINT &p) const; // of all surfaces, W/m2
 
-    /// Refuses what no hall can have: fewer or more than six surfaces, or axes that span no plane (XCDE_INVOLVED).
+    /// Refuses what no hall can have: fewer or more than six surfaces, or axes that span no plane
+    /// (XCDE_INVOLVED).
     void Read(CdeFILE &file, EmCONSTRUCTION *constr);
     void Write(CdeFILE &file) const;
 };
@@ -227,7 +229,7 @@ class EmEMITTERSET : public LIST
 public:
     EmEMITTER *First() const { return static_cast<EmEMITTER *>(LIST::First()); }
     static EmEMITTER *Next(const EmEMITTER *emitter) { return static_cast<EmEMITTER *>(emitter->Next()); }
-    EmBOX Bounds() const; // of the positions; zeros for an empty set
+    EmBOX Bounds() const;        // of the positions; zeros for an empty set
     double NominalPower() const; // W, of the models, not as installed
     void Prepare();
     void Read(CdeFILE &file);
@@ -259,7 +261,8 @@ public:
     EmAIRHEATER *First() const { return static_cast<EmAIRHEATER *>(LIST::First()); }
     static EmAIRHEATER *Next(const EmAIRHEATER *unit) { return static_cast<EmAIRHEATER *>(unit->Next()); }
     EmBOX Bounds() const;
-    /// Always 0: warm-air units enter neither balance nor fuel nor hygiene. The one place where that is decided.
+    /// Always 0: warm-air units enter neither balance nor fuel nor hygiene. The one place where that is
+    /// decided.
     double TotalPower() const { return 0.0; }
     void Read(CdeFILE &file);
     void Write(CdeFILE &file) const;
@@ -269,8 +272,8 @@ public:
 class EmZONE : public LINK
 {
 public:
-    AgPOINT size;        // m: sides
-    AgPOINT pos;         // m, on the floor plan
+    AgPOINT size; // m: sides
+    AgPOINT pos;  // m, on the floor plan
     double rotation = 0;
 
     EmZONE() = default;
@@ -300,8 +303,8 @@ public:
     EmROOM &operator=(const EmROOM &) = delete;
 
     /// Reads a whole hall document, from where the file stands, and replaces what the room holds. The bytes are
-    /// walked first; what no hall can have is XCDE_INVOLVED. After a failure the room is partly filled and only good
-    /// to be deleted.
+    /// walked first; what no hall can have is XCDE_INVOLVED. After a failure the room is partly filled and only
+    /// good to be deleted.
     void Read(CdeFILE &file);
     void Write(CdeFILE &file) const;
 
@@ -323,8 +326,8 @@ public:
 
     /// Sum of the emitters at a hall point, W/m2, in the order of the set. The hall's surfaces do not enter it.
     double Irradiation(const AgPOINT &p) const;
-    /// What a person feels, C: three quarters air, one quarter the radiant temperature that the air's black-body
-    /// level plus the intensity (W/m2) corresponds to. Not a number where that sum is negative.
+    /// What a person feels, C: three quarters air, one quarter the radiant temperature that the air's
+    /// black-body level plus the intensity (W/m2) corresponds to. Not a number where that sum is negative.
     double OperativeTemp(double intensity, double airTemp) const;
 
     /// The air temperature at 1.5 m that the emitters can hold, C: two zones split at their mean height, or one
@@ -348,7 +351,13 @@ private:
     EmCONCLUSION conclObj;
 
     double VentilationConductance() const; // W/K
+    void Empty();
+    void BuildOldSurfaces();
+    void ReadEnvelope(CdeFILE &file);
+    void ReadBox(CdeFILE &file);
+    void WriteBox(CdeFILE &file) const;
     void ReadData(CdeFILE &file);
+    void ReadSeason(CdeFILE &file);
     void WriteData(CdeFILE &file) const;
     void ReadArticle(CdeFILE &file);
     void WriteArticle(CdeFILE &file) const;
