@@ -1,7 +1,7 @@
 // The evaluation of a hall, without any drawing: balance and fuel, the irradiation raster, its map of colour
 // indices and the texts of the colour table. The floor plan, the maps and the command line all call it.
 // A raster is held as one byte a point; samples live in a band of columns, and a raster that fits one band
-// (EM_BAND_MAX) is sampled once for statistics and map, a larger one twice, so that memory stays bounded.
+// (2^24 points) is sampled once for statistics and map, a larger one twice, so that memory stays bounded.
 #ifndef USR_ZULPASS_H
 #define USR_ZULPASS_H
 
@@ -69,6 +69,9 @@ struct ZulPassMap {
 /// Runs the evaluation on the room: prepares emitters and surfaces, fills `info` and `map` anew. A failure ends
 /// it where it stands, with no map.
 void ZulRunPass(EmROOM &room, const ZulPassParams &params, TZulMapInfo &info, ZulPassMap &map);
+
+/// Samples held at a time, 2^24 (128 MB) unless a test wants more and smaller bands; returns the former number.
+long long ZulSetPassBand(long long samples);
 
 /// The index of a sample in a scale of `colors` colours from lo to hi; a sample that is no number has 0.
 int ZulColorIndex(double sample, double lo, double hi, int colors);
