@@ -22,17 +22,18 @@ enum {
 // Flag word of the search and compare functions.
 enum {
     STR_START = 0x100,
-    STR_END = 0x200,  // for trimming; in a search: the last match
+    STR_END = 0x200, // for trimming; in a search: the last match
     STR_LAST = 0x200,
     STR_NOCASE = 0x400,
-    STR_NOSPACE = 0x800, // ignore white space, or collapse it beside separators
+    STR_NOSPACE = 0x800,  // ignore white space, or collapse it beside separators
     STR_NOPUNCT = 0x1000, // ignore separators
     STR_NOBLANK = 0x2000, // collapse to nothing
-    STR_WORDS = 0x4000,  // whole words only
+    STR_WORDS = 0x4000,   // whole words only
     STR_PATTERN = 0x8000, // `?`, `*` and `\` in the pattern
 };
 
 int ChrClass(char c);
+/// A character whose other case is not in the set stays as it is.
 char ChrLower(char c);
 char ChrUpper(char c);
 
@@ -44,17 +45,24 @@ bool StrIsBlank(const char *s);
 void StrUpper(char *s);
 void StrLower(char *s);
 void StrCapitalize(char *s); // the first letter or digit upper case, all the rest lower case
+/// Cuts white space at the ends that STR_START and STR_END name, at both if neither is given.
 void StrTrim(char *s, int flags);
+/// Cuts white space at both ends and makes one blank of each run inside; with STR_NOSPACE nothing beside a
+/// separator, with STR_NOBLANK nothing at all.
 void StrCollapse(char *s, int flags);
 /// At most max - 1 characters and the terminator; true if all of `src` fitted.
 bool StrCopy(char *dest, const char *src, int max);
 bool StrCat(char *dest, const char *src, int max);
-void StrMove(char *dest, const char *src); // the ranges may overlap
+void StrMove(char *dest, const char *src);                 // the ranges may overlap
 const char *StrFindChar(const char *s, char c, int flags); // finds the terminator too
+/// NULL if there is none, or if either text is empty. Takes STR_LAST, STR_NOCASE and STR_WORDS.
 const char *StrFind(const char *s, const char *pat, int flags);
-/// The terminator's place if there is none.
+/// A character of the classes in the low byte of `flags` or of `set`; what stands behind a `quote` is no hit,
+/// and a `quote` of EOS quotes nothing. The terminator's place if there is none.
 const char *StrFindAny(const char *s, const char *set, char quote, int flags);
 int StrCompare(const char *s1, const char *s2, int flags); // locale order: -1, 0 or 1
+/// Equal as a whole. White space and separators that are ignored still part words: "a  b" is "a b" and not
+/// "ab". In a pattern `\` takes the next character as it is, `?` is any one character and `*` any run.
 bool StrMatch(const char *s, const char *pat, int flags);
 
 inline char *StrFindChar(char *s, char c, int flags)

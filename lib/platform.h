@@ -25,8 +25,9 @@ CollateSink SetCollateSink(CollateSink sink);
 ShortDateSink SetShortDateSink(ShortDateSink sink);
 ResTextSink SetResTextSink(ResTextSink sink);
 const char *SetCurrencySymbol(const char *symbol); // weak; default the euro sign
+// NULL brings the default of the last four back.
 
-int Collate(const char *s1, const char *s2, bool ignoreCase);
+int Collate(const char *s1, const char *s2, bool ignoreCase); // -1, 0 or 1
 void ShortDate(int year, int month, int day, char *text, int max);
 const char *ResText(int id); // never NULL: an unknown number is an empty text
 const char *CurrencySymbol();
