@@ -6,6 +6,8 @@
 
 #include "lib/xassert.h"
 
+#include <algorithm>
+#include <climits>
 #include <cstddef>
 #include <functional>
 #include <new>
@@ -45,19 +47,48 @@ public:
     T *operator-(int i) { return static_cast<T *>(*this) - i; }
     const T *operator-(int i) const { return static_cast<const T *>(*this) - i; }
 
+    // Templates, so that a T * fits them better than the built-in operators on `operator T *`: P is T or const
+    // T.
+
     /// Items from `p` to the block's start, signed: array minus pointer.
-    ptrdiff_t operator-(const T *p) const
+    template <class P>
+    ptrdiff_t operator-(P *p) const
     {
         AssertBoth(p);
         return data - p;
     }
-
-    bool operator==(const T *p) const { return data == p; }
+    template <class P>
+    bool operator<=(P *p) const
+    {
+        return AssertBoth(p), std::less_equal<const T *>()(data, p);
+    }
+    template <class P>
+    bool operator>=(P *p) const
+    {
+        return AssertBoth(p), std::greater_equal<const T *>()(data, p);
+    }
+    template <class P>
+    bool operator<(P *p) const
+    {
+        return AssertBoth(p), std::less<const T *>()(data, p);
+    }
+    template <class P>
+    bool operator>(P *p) const
+    {
+        return AssertBoth(p), std::greater<const T *>()(data, p);
+    }
+    template <class P>
+    bool operator==(P *p) const
+    {
+        return data == p;
+    }
+    template <class P>
+    bool operator!=(P *p) const
+    {
+        return data != p;
+    }
+    bool operator==(const T *p) const { return data == p; } // also NULL
     bool operator!=(const T *p) const { return data != p; }
-    bool operator<=(const T *p) const { return AssertBoth(p), std::less_equal<const T *>()(data, p); }
-    bool operator>=(const T *p) const { return AssertBoth(p), std::greater_equal<const T *>()(data, p); }
-    bool operator<(const T *p) const { return AssertBoth(p), std::less<const T *>()(data, p); }
-    bool operator>(const T *p) const { return AssertBoth(p), std::greater<const T *>()(data, p); }
 
     int Size() const { return size; }
     int Count() const { return count; }
@@ -79,8 +110,8 @@ private:
     int size = 0;   // items allocated
     int count = 0;  // items in use, 0 <= count <= size
 
-    void AssertBoth([[maybe_unused]] const T *p) const { ASSERT(data != NULL && p != NULL); }
-    int Growth() const { return size < 10 ? 10 : size > 1000 ? 1000 : size; }
+    void AssertBoth(const T *p) const { ASSERT(data != NULL && p != NULL); }
+    void Grow(int least);
     static void Move(T *dst, const T *src, int n);
 };
 
@@ -134,10 +165,10 @@ int ARRAY<T>::Insert(const T &item, int i)
     if (i == -1)
         i = count;
     __enter
-        T held(item); __test; // `item` may lie in the block that growth replaces
         ASSERT(count >= 0 && count <= size);
+        T held(item); __test; // `item` may lie in the block that growth replaces
         if (count == size) {
-            Resize(size + Growth()); __test;
+            Grow(0); __test;
         }
         ASSERT(data != NULL);
         ASSERT(i >= 0 && i <= count);
@@ -171,8 +202,7 @@ T *ARRAY<T>::Extend(int n)
         ASSERT(n >= 0);
         ASSERT(count >= 0 && count <= size);
         if (n > size - count) {
-            int delta = Growth();
-            Resize(size + (n - (size - count) > delta ? n - (size - count) : delta)); __test;
+            Grow(n - (size - count)); __test;
         }
         ASSERT(data != NULL);
         first = data + count;
@@ -205,6 +235,19 @@ void ARRAY<T>::Clear()
         if (data != NULL) {
             Truncate(data); __test;
         }
+    __point
+    __treat
+}
+
+/// Makes room for `least` items or more: the block doubles while it is small, then grows by 1000.
+template <class T>
+void ARRAY<T>::Grow(int least)
+{
+    __enter
+        int delta = std::max(least, std::clamp(size, 10, 1000));
+        if (delta > INT_MAX - size)
+            __raise(XALLOC); // no index reaches so far
+        Resize(size + delta); __test;
     __point
     __treat
 }

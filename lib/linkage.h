@@ -1,7 +1,7 @@
 // Intrusive lists and weak references. The pointers live in the member, so that membership costs no allocation
-// and unlinking needs no search; lists hold from none to some thousand members. A LIST owns its members. Nothing
-// here can fail, so nothing is guarded. Linkage never travels by copy: a copied LINK or LIST starts unlinked and
-// empty, and assignment leaves both sides as they are.
+// and unlinking needs no search; lists hold from none to some thousand members. A LIST owns its members.
+// Nothing here can fail, so nothing is guarded. Linkage never travels by copy: a copied LINK or LIST starts
+// unlinked and empty, and assignment leaves both sides as they are.
 #ifndef LIB_LINKAGE_H
 #define LIB_LINKAGE_H
 
@@ -180,6 +180,17 @@ public:
     bool operator!=(const LISTITER &other) const { return !(*this == other); }
     bool operator==(const T *lnk) const { return link == lnk; }
     bool operator!=(const T *lnk) const { return link != lnk; }
+    // Templates, so that a T * fits them better than the built-in operators on `operator T *`.
+    template <class P>
+    bool operator==(P *lnk) const
+    {
+        return link == lnk;
+    }
+    template <class P>
+    bool operator!=(P *lnk) const
+    {
+        return link != lnk;
+    }
 
 private:
     T *link = NULL;         // weak; the current member

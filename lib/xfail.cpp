@@ -29,6 +29,8 @@ const char terminateFormat[] = "!Terminate on exception: %s, file %s, line %d";
 const char duringRepairFormat[] = "!Exception during repair!\n"
                                   "Repaired exception: %s, file %s, line %d\n"
                                   "New exception: %s, file %s, line %d";
+[[maybe_unused]] const char unhandledFormat[] = // for an exception outside all guarded frames; no path shows it
+    "!Unhandled exception %s in file %s at line %d";
 const char assertionFormat[] = "Assertion failed: %s, file %s, line %d";
 
 void MessageToStandardError(const char *text, bool)
@@ -36,9 +38,7 @@ void MessageToStandardError(const char *text, bool)
     std::fprintf(stderr, "%s\n", text);
 }
 
-void StatusToNowhere(const char *, bool)
-{
-}
+void StatusToNowhere(const char *, bool) {}
 
 MessageSink messageSink = MessageToStandardError;
 StatusSink statusSink = StatusToNowhere;
