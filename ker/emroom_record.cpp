@@ -371,10 +371,15 @@ void EmROOM::WriteBox(CdeFILE &file) const
 // The walls become 1000 m high, which the split heights and fluxes bear; the box stays as it was drawn.
 void EmROOM::BuildOldSurfaces()
 {
-    AgPOINT dims = box.max - box.min;
-    if (dims.z > 1e6)
-        dims.z = 1000.0;
-    surfSet.BuildSurfaces(dims, data.constr);
+    __enter
+        AgPOINT dims = box.max - box.min;
+        if (!std::isfinite(dims.x) || !std::isfinite(dims.y) || !std::isfinite(dims.z))
+            __raise(XCDE_INVOLVED);
+        if (dims.z > 1e6)
+            dims.z = 1000.0;
+        surfSet.BuildSurfaces(dims, data.constr); __test;
+    __point
+    __treat
 }
 
 // The room's group without its article and the conclusion behind it: box and emitters are as old as the format.
@@ -389,10 +394,11 @@ void EmROOM::ReadEnvelope(CdeFILE &file)
             ReadData(file); __test;
         }
         over = file.GetOver(); __test;
-        if (over)
-            BuildOldSurfaces();
-        else
+        if (over) {
+            BuildOldSurfaces(); __test;
+        } else {
             surfSet.Read(file, data.constr); __test;
+        }
     __point
     __treat
 }

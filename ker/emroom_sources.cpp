@@ -78,10 +78,11 @@ void EmEMITTER::Read(CdeFILE &file)
         rotation = GetFinite(file); __test;
         tilt = GetFinite(file); __test;
         bool over = file.GetOver(); __test;
-        if (over)
+        if (over) {
             power = model != NULL ? model->Info()->power : 0;
-        else
+        } else {
             power = GetFinite(file); __test;
+        }
         file.EndSection(1); __test;
     __point
     __treat
