@@ -38,7 +38,8 @@ public:
     void Upper();
     void Capitalize(); // in each component the first non-blank upper case, the rest lower case
 
-    /// The characters behind the last '.' of the last component, "" without extension; a leading '.' starts none.
+    /// The characters behind the last '.' of the last component, "" without extension; a leading '.' starts
+    /// none.
     CdeFILENAME GetExt() const;
     bool HasExt(const char *pattern) const; // wildcards; white space and one '.' may stand before the pattern
     void CutExt();
@@ -103,9 +104,12 @@ public:
     void GetStr(char *s, int max); // cut to max - 1 characters without a failure
     void GetText(char *s, int max);
 
-    /// True when nothing more stands in this section: a section end, a type header or the end of the file.
+    /// True when nothing more stands in this section: a section end, a type header or the end of the file. True
+    /// too with a failure, so that loops over members end.
     bool GetOver();
-    /// Passes over `count` items of this level; a nested section is one item. Trusts the items to be well formed.
+    /// Passes over `count` items of this level; a nested section is one item. Trusts the items to be well
+    /// formed: a byte that is no tag holds it for ever, so a file that is not ours is walked first, see
+    /// CdeFILE::Walk.
     void Skip(int count);
     /// Leaves `count` sections, whatever still stands in them; a file that ends before that is left quietly.
     void EndSection(int count);
@@ -123,16 +127,20 @@ public:
     CdeFILE(const CdeFILE &) = delete;
     CdeFILE &operator=(const CdeFILE &) = delete;
 
-    /// Modes: "o" opens what exists (XFOPEN), "a" appends, "c" creates or empties (XFCREATE). A NULL name makes
-    /// a temporary file that goes when it is closed.
+    /// Modes: "o" opens what exists (XFOPEN), "a" appends, "c" creates or empties (XFCREATE), each for reading
+    /// and writing. A NULL name makes a temporary file that goes when it is closed. Positions are int: what
+    /// lies beyond 2 GB - 1 is neither read (XFREAD) nor written (XFWRITE).
     void Open(const char *name, const char *mode);
     /// Creates a file beside `name` that takes its place in Close, and only there: whatever fails before, what
     /// `name` held is still there.
     void OpenReplacing(const char *name);
-    /// Only a Close that came to its end makes a written file trustworthy (XFWRITE).
+    /// Only a Close that came to its end makes a written file trustworthy (XFWRITE). The file is closed in any
+    /// case.
     void Close();
 
-    signed char Peek() override;
+    // Written bytes wait in the buffer, so that a full disk may show later, at any of these or at Close:
+    // XFWRITE.
+    signed char Peek() override;                    // XFREAD if the disk does not answer
     void Write(const void *blk, int size) override; // XFWRITE
     void Read(void *blk, int size) override;        // XFREAD
     int Tell();
@@ -142,14 +150,16 @@ public:
     const CdeFILENAME &Name() const { return name; } // "???" while closed
 
     /// Walks the items from here to the end once and comes back: XCDE_INVOLVED if a byte inside a section is no
-    /// tag or a length is negative. A file that merely ends early passes. Skip may be trusted afterwards.
+    /// tag or a length is negative. A file that merely ends early passes. Skip may be trusted afterwards. A
+    /// type header inside a section counts as the end; outside of all sections the walk ends at the first byte
+    /// that is no item, and the reader decides. XFREAD for a file above 2 GB - 1.
     void Walk();
     /// XFREAD if fewer than `bytes` bytes follow: before memory is taken for what they are to fill.
     void Require(long long bytes);
 
 private:
-    int temp;         // the file goes when it is closed
-    CdeFILENAME name; // "???" while closed
+    int temp;           // the file goes when it is closed
+    CdeFILENAME name;   // "???" while closed
     class CdeSTREAM *f; // owner; NULL while closed
 };
 

@@ -13,11 +13,14 @@ struct CdeDISK {
     ssize_t (*read)(int fd, void *blk, size_t size);
     ssize_t (*write)(int fd, const void *blk, size_t size);
     off_t (*seek)(int fd, off_t pos, int whence);
-    int (*truncate)(int fd, off_t size);
     int (*sync)(int fd);
     int (*close)(int fd);
-    int (*rename)(const char *from, const char *to);
+    int (*rename)(const char *from, const char *to); // what it did is on the disk when it returns
     int (*unlink)(const char *path);
+    ssize_t (*readlink)(const char *path, char *target, size_t size);
+    /// Gives `fd` the permissions and, where the system lets us, the owner of the regular file `model`; EINVAL
+    /// if that is none.
+    int (*likeness)(int fd, int model);
 };
 
 extern const CdeDISK posixDisk;
@@ -30,8 +33,8 @@ bool NameFromNative(char *name, const char *path, int max);
 /// The native form of a name. False if it does not fit into max.
 bool NameToNative(char *path, const char *name, int max);
 
-/// Text conversion between the system's set and UTF-8. False if it did not fit or could not be held; then `dest`
-/// holds what fitted, with '?' for what the set lacks.
+/// Text conversion between the system's set and UTF-8. False if it did not fit or could not be held; then
+/// `dest` holds what fitted, with '?' for what the set lacks.
 bool TextToUtf8(char *dest, const char *src, int max);
 bool TextFromUtf8(char *dest, const char *src, int max);
 
