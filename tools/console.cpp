@@ -1,0 +1,118 @@
+#include "tools/console.h"
+#include "lib/charstr.h"
+#include "lib/platform.h"
+#include "usr/edcutils.h"
+
+#include <csignal>
+#include <cstdio>
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "lib/xon.h"
+
+namespace
+{
+void ReplaceControls(char *text)
+{
+    for (; *text != EOS; ++text) {
+        unsigned char c = static_cast<unsigned char>(*text);
+        if ((c < ' ' && c != '\n' && c != '\t') || c == 0x7F)
+            *text = '?';
+    }
+}
+
+/// Runs while memory may be exhausted, so its buffer stands ready.
+void MessageToTerminal(const char *text, bool)
+{
+    static char shown[4 * 512]; // a message has at most 511 characters, each of at most three bytes
+    TextToUtf8(shown, text, sizeof shown);
+    ReplaceControls(shown);
+    std::fprintf(stderr, "%s\n", shown);
+}
+
+/// A file opened later must not take the number of a standard stream: what is meant for the terminal would go
+/// into it. A stream opened here for reading only refuses whatever is written.
+void OpenStandardStreams()
+{
+    int fd;
+    do
+        fd = open("/dev/null", O_RDONLY);
+    while (fd >= 0 && fd <= STDERR_FILENO);
+    if (fd >= 0)
+        close(fd);
+}
+
+void SetFailedName(XCODE code, const char *name)
+{
+    StrCopy(code == XFCREATE ? xFCreateName : xFOpenName, name, X_NAME);
+}
+
+/// Names know no '\' at the end, and native paths may have a '/' there.
+void DropLastSlashes(char *name)
+{
+    int length = StrLength(name);
+    while (length > 1 && name[length - 1] == '\\')
+        name[--length] = EOS;
+}
+} // namespace
+
+void ConsoleStart()
+{
+    OpenStandardStreams();
+    std::signal(SIGPIPE, SIG_IGN);
+    EdcUseResources();
+    SetMessageSink(MessageToTerminal);
+    SetFailureHook(EdcFailureHook);
+}
+
+void ConsoleProgramPath()
+{
+    __enter
+        char path[NATIVE_MAX];
+        ssize_t length = readlink("/proc/self/exe", path, sizeof path - 1);
+        path[length < 0 ? 0 : length] = EOS;
+        if (length < 0 || !SetProgramPath(path)) {
+            char name[X_NAME];
+            NameFromNative(name, path, X_NAME);
+            SetFailedName(XFOPEN, name);
+            __raise(XFOPEN);
+        }
+    __point
+    __treat
+}
+
+void ConsoleName(CdeFILENAME &name, const char *path, XCODE code)
+{
+    __enter
+        char given[X_NAME];
+        bool isSound = NameFromNative(given, path, X_NAME);
+        DropLastSlashes(given);
+        name = given;
+        if (!isSound || !StrMatch(name, given, 0)) {
+            SetFailedName(code, given);
+            __raise(code);
+        }
+    __point
+    __treat
+}
+
+std::string ConsoleText(const char *text)
+{
+    std::string utf8(3 * static_cast<size_t>(StrLength(text)) + 1, EOS);
+    TextToUtf8(utf8.data(), text, static_cast<int>(utf8.size()));
+    ReplaceControls(utf8.data());
+    utf8.resize(static_cast<size_t>(StrLength(utf8.c_str())));
+    return utf8;
+}
+
+void ConsoleWrite(const std::string &text)
+{
+    __enter
+        bool isWritten = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
+        if (std::fflush(stdout) != 0 || !isWritten) {
+            StrCopy(xFWriteName, "Standardausgabe", X_NAME);
+            __raise(XFWRITE);
+        }
+    __point
+    __treat
+}
