@@ -47,7 +47,7 @@ public:
 };
 
 /// Blocks that operator new has handed out and operator delete has not got back: equal before and after an
-/// operation that leaks nothing.
+/// operation that leaks nothing. The files of a MemDisk count too.
 long LiveBlocks();
 
 /// One run of an operation, as its check sees it.
@@ -59,9 +59,9 @@ struct FaultRun {
     XCODE code; // the failure that was pending at the end, XNULL for none; it is already taken off
 };
 
-/// Runs `operation` for each kind of fault, once and onwards, with n = 1, 2, ... until nothing fires, and `check`
-/// behind each run, with faults off and the failure taken off. `prepare` runs before each, with faults off.
-/// Besides what `check` looks at, each run must leave the protocol clean and let no exception out, a run
+/// Runs `operation` for each kind of fault, once and onwards, with n = 1, 2, ... until nothing fires, and
+/// `check` behind each run, with faults off and the failure taken off. `prepare` runs before each, with faults
+/// off. Besides what `check` looks at, each run must leave the protocol clean and let no exception out, a run
 /// without a fault must not fail, and one failure at most may be pending.
 /// @return  runs in which a fault fired, so that a test can see that there was something to sweep
 int SweepFaults(const std::function<void()> &prepare, const std::function<void()> &operation,

@@ -1,5 +1,6 @@
-// A disk that holds its files in memory, for tests that read and write many thousands of them. It has no folders
-// and no links: every path may be created. Paths are native ("/mem/halle.sc1" is "\mem\halle.sc1" above).
+// A disk that holds its files in memory, for tests that read and write many thousands of them. It has no
+// folders and no links: every path may be created. Paths are native ("/mem/halle.sc1" is "\mem\halle.sc1"
+// above).
 #ifndef TESTS_SUPPORT_MEMDISK_H
 #define TESTS_SUPPORT_MEMDISK_H
 
