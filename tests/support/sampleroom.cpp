@@ -42,7 +42,7 @@ const SAMPLEMODEL sampleModels[SAMPLEMODELS::COUNT] = {
     {"Dunkelstrahler_30 \xDC", "Dunkelstrahler, zweistufig", 0.55, 30000, 21000, {140, 3.1, 1.5, 3.5, 0.1}},
     {"Platte 100%", "Strahlplatte 100% ^2^ _n_", 0.62, 8500, 0, {60, 1.2, 1.2, 2.0, 0}},
     {"M\xFCller %s", "", 0.5, 45000, 30000, {250, 2.0, 2.6, 4.0, -0.2}},
-    {"Ein Name von einunddrei\xDFig Z. %d",
+    {"Ein Name von einunddrei\xDFig Z.%d",
      "Text mit 255 Zeichen gibt es auch",
      1.0,
      500,
