@@ -12,21 +12,12 @@
 
 namespace
 {
-void ReplaceControls(char *text)
-{
-    for (; *text != EOS; ++text) {
-        unsigned char c = static_cast<unsigned char>(*text);
-        if ((c < ' ' && c != '\n' && c != '\t') || c == 0x7F)
-            *text = '?';
-    }
-}
-
 /// Runs while memory may be exhausted, so its buffer stands ready.
 void MessageToTerminal(const char *text, bool)
 {
     static char shown[4 * 512]; // a message has at most 511 characters, each of at most three bytes
     TextToUtf8(shown, text, sizeof shown);
-    ReplaceControls(shown);
+    ConsoleDisarm(shown);
     std::fprintf(stderr, "%s\n", shown);
 }
 
@@ -96,13 +87,25 @@ void ConsoleName(CdeFILENAME &name, const char *path, XCODE code)
     __treat
 }
 
-std::string ConsoleText(const char *text)
+std::string ConsoleUtf8(const char *text)
 {
     std::string utf8(3 * static_cast<size_t>(StrLength(text)) + 1, EOS);
     TextToUtf8(utf8.data(), text, static_cast<int>(utf8.size()));
-    ReplaceControls(utf8.data());
     utf8.resize(static_cast<size_t>(StrLength(utf8.c_str())));
     return utf8;
+}
+
+void ConsoleDisarm(char *text)
+{
+    for (; *text != EOS; ++text) {
+        unsigned char c = static_cast<unsigned char>(text[0]);
+        unsigned char next = static_cast<unsigned char>(text[1]);
+        bool isUpperControl = c == 0xC2 && next >= 0x80 && next < 0xA0; // two bytes of UTF-8
+        if ((c < ' ' && c != '\n') || c == 0x7F || isUpperControl)
+            text[0] = '?';
+        if (isUpperControl)
+            *++text = '?';
+    }
 }
 
 void ConsoleWrite(const std::string &text)

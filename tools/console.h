@@ -22,9 +22,11 @@ void ConsoleProgramPath();
 /// which is XFOPEN for what is to be read and XFCREATE for what is to be written.
 void ConsoleName(CdeFILENAME &name, const char *path, XCODE code);
 
-/// A text of the system in UTF-8, control characters other than the line break and the tabulator as '?': what
-/// comes out of a file must not steer the terminal. Throws std::bad_alloc.
-std::string ConsoleText(const char *text);
+/// A text of the system in UTF-8. Throws std::bad_alloc.
+std::string ConsoleUtf8(const char *text);
+/// Makes control characters other than the line break into '?': what comes out of a file must not steer the
+/// terminal. In place, for UTF-8.
+void ConsoleDisarm(char *text);
 
 /// Writes UTF-8 text to standard output, all of it: XFWRITE.
 void ConsoleWrite(const std::string &text);
