@@ -240,12 +240,15 @@ void CdeFILENAME::AddName(const char *component)
     *this = text;
 }
 
+/// CutName and AddName in one: a folder that would not stay as it is without a component behind it, because its
+/// name ends in '.', is not touched.
 void CdeFILENAME::SetName(const char *component)
 {
-    CdeFILENAME result = *this; // `component` may point into this name
-    result.CutName();
-    result.AddName(component);
-    *this = result;
+    ASSERT(component != NULL);
+    char text[NAME_MAX_SIZE];
+    StrCopy(text, name, NameStart() + 1);
+    StrCat(text, component, NAME_MAX_SIZE);
+    *this = text;
 }
 
 CdeFILENAME CdeFILENAME::GetDrive() const
@@ -267,7 +270,7 @@ void CdeFILENAME::SetDrive(const char *drive)
     char text[NAME_MAX_SIZE];
     StrCopy(text, drive, NAME_MAX_SIZE);
     *StrFindAny(text, ":", EOS, 0) = EOS;
-    if (!StrIsBlank(text))
+    if (!StrIsBlank(drive))
         StrCat(text, ":", NAME_MAX_SIZE);
     StrCat(text, name + DriveEnd(), NAME_MAX_SIZE);
     *this = text;
@@ -307,20 +310,23 @@ bool CdeFILENAME::Match(const char *pattern) const
 
 /// The folder keeps its spelling: the file system here tells upper from lower case, and in lower case nothing
 /// beside the program would be found. A path that a file name cannot hold as it stands, because of its length,
-/// its characters or blanks around a component, is refused and the former one stays.
+/// its characters, or blanks or a '.' at the end of a component, is refused and the former one stays.
 bool SetProgramPath(const char *nativePath)
 {
     ASSERT(nativePath != NULL);
     char path[NAME_MAX_SIZE];
     if (!NameFromNative(path, nativePath, NAME_MAX_SIZE))
         return false;
-    CdeFILENAME whole = path;
+    CdeFILENAME folder = path;
+    CdeFILENAME program = folder.GetName();
+    folder.CutName();
+    CdeFILENAME whole = folder;
+    whole.AddName(program);
     if (!StrMatch(whole, path, 0))
         return false;
-    programName = whole.GetName();
+    programFolder = folder;
+    programName = program;
     programName.Lower();
-    programFolder = whole;
-    programFolder.CutName();
     return true;
 }
 

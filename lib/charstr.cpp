@@ -2,43 +2,29 @@
 #include "lib/platform.h"
 #include "lib/xassert.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 #include <locale.h>
 #include <wctype.h>
 
 namespace
 {
-/// What Windows-1252 has at 0x80 to 0x9F, as Unicode. The five unused places stand for themselves; everywhere
-/// else a byte is its own code point.
-constexpr wint_t upperHalf[32] = {
+/// What Windows-1252 has at 0x80 to 0x9F, as Unicode; everywhere else a byte is its own code.
+constexpr unsigned upperHalf[32] = {
     0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, // 80
     0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F, // 88
     0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014, // 90
     0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178, // 98
 };
 
-constexpr unsigned char noBreakSpace = 0xA0;
+constexpr char noBreakSpace = '\xA0';
 
-wint_t CodePoint(int byte)
+int ClassOf(char c, locale_t locale)
 {
-    return byte >= 0x80 && byte < 0xA0 ? upperHalf[byte - 0x80] : static_cast<wint_t>(byte);
-}
-
-/// The byte of a code point, or `other` where the set has none: the upper case of the micro sign is a Greek
-/// letter.
-int ByteOf(wint_t code, int other)
-{
-    for (int i = 0; i < 32; ++i)
-        if (upperHalf[i] == code)
-            return 0x80 + i;
-    return code < 0x80 || (code >= 0xA0 && code <= 0xFF) ? static_cast<int>(code) : other;
-}
-
-int ClassOf(int byte, locale_t locale)
-{
-    wint_t code = CodePoint(byte);
-    if (byte == noBreakSpace) // the C library parts words by breaking; to a person it is a blank
+    wint_t code = ChrCode(c);
+    if (c == noBreakSpace) // the C library parts words by breaking; to a person it is a blank
         return CHR_SPACE;
     int found = (iswalpha_l(code, locale) ? CHR_ALPHA : 0) | (iswdigit_l(code, locale) ? CHR_DIGIT : 0) |
                 (iswxdigit_l(code, locale) ? CHR_HEX : 0) | (iswpunct_l(code, locale) ? CHR_PUNCT : 0) |
@@ -60,9 +46,11 @@ struct CHARSET {
         if (locale == static_cast<locale_t>(0)) // built into the C library, so only memory can be missing
             TerminateOn(XALLOC, __FILE__, __LINE__);
         for (int i = 0; i < 256; ++i) {
-            classes[i] = static_cast<unsigned char>(ClassOf(i, locale));
-            lower[i] = static_cast<char>(ByteOf(towlower_l(CodePoint(i), locale), i));
-            upper[i] = static_cast<char>(ByteOf(towupper_l(CodePoint(i), locale), i));
+            char c = static_cast<char>(i);
+            classes[i] = static_cast<unsigned char>(ClassOf(c, locale));
+            lower[i] = upper[i] = c; // also where the other case is not in the set, as with the micro sign
+            ChrOfCode(&lower[i], towlower_l(ChrCode(c), locale));
+            ChrOfCode(&upper[i], towupper_l(ChrCode(c), locale));
         }
         freelocale(locale);
     }
@@ -98,6 +86,22 @@ bool LieApart(const char *dest, const char *src, int max)
     return from >= to + static_cast<std::uintptr_t>(max) || to > from + std::strlen(src);
 }
 } // namespace
+
+unsigned ChrCode(char c)
+{
+    unsigned byte = static_cast<unsigned char>(c);
+    return byte >= 0x80 && byte < 0xA0 ? upperHalf[byte - 0x80] : byte;
+}
+
+bool ChrOfCode(char *c, unsigned code)
+{
+    bool same = code < 0x80 || (code >= 0xA0 && code <= 0xFF);
+    const unsigned *place = std::find(std::begin(upperHalf), std::end(upperHalf), code);
+    if (!same && place == std::end(upperHalf))
+        return false;
+    *c = static_cast<char>(same ? code : 0x80 + static_cast<unsigned>(place - upperHalf));
+    return true;
+}
 
 int ChrClass(char c)
 {

@@ -32,6 +32,11 @@ enum {
     STR_PATTERN = 0x8000, // `?`, `*` and `\` in the pattern
 };
 
+/// The Unicode of a character. The five places that Windows-1252 leaves open stand for themselves.
+unsigned ChrCode(char c);
+/// The character of a Unicode; false, and `c` untouched, for one outside the set.
+bool ChrOfCode(char *c, unsigned code);
+
 int ChrClass(char c);
 /// A character whose other case is not in the set stays as it is.
 char ChrLower(char c);
