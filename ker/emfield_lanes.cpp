@@ -1,0 +1,215 @@
+#include "ker/emfield_lanes.h"
+
+#ifdef __AVX2__
+#include <immintrin.h>
+#endif
+
+namespace
+{
+// Vectors as the compiler knows them, so that the same text serves both sets.
+#ifdef __AVX2__
+enum { WIDTH = 4 };
+#else
+enum { WIDTH = 2 };
+#endif
+typedef double REALS __attribute__((vector_size(8 * WIDTH)));
+typedef long long WHOLES __attribute__((vector_size(8 * WIDTH)));
+typedef double PAIR __attribute__((vector_size(16)));
+
+template <class T, class S>
+inline T Load(const S *p)
+{
+    T v;
+    __builtin_memcpy(&v, p, sizeof v);
+    return v;
+}
+
+inline void Store(double *p, REALS v)
+{
+    __builtin_memcpy(p, &v, sizeof v);
+}
+
+inline REALS Keep(REALS v, WHOLES where)
+{
+    return (REALS)((WHOLES)v & where);
+}
+
+inline REALS Abs(REALS v)
+{
+    return (REALS)((WHOLES)v & 0x7FFFFFFFFFFFFFFFLL);
+}
+
+inline REALS Floor(REALS v)
+{
+#ifdef __AVX2__
+    return _mm256_floor_pd(v);
+#else
+    const double round = 6755399441055744.0; // 1.5 * 2^52: its sum has no room for a fraction
+    REALS r = v + round - round;
+    return r - Keep(REALS{} + 1.0, r > v);
+#endif
+}
+
+/// Numbers without a fraction, within 2^51, as integers.
+inline WHOLES Whole(REALS v)
+{
+    const double round = 6755399441055744.0;
+    return (WHOLES)(v + round) - (WHOLES)(REALS{} + round);
+}
+
+/// The two values at each of the places, parted into first ones and second ones.
+inline void LoadPairs(const double *base, WHOLES place, REALS &first, REALS &second)
+{
+#ifdef __AVX2__
+    __m256d even = _mm256_insertf128_pd(_mm256_castpd128_pd256(_mm_loadu_pd(base + place[0])),
+                                        _mm_loadu_pd(base + place[2]), 1);
+    __m256d odd = _mm256_insertf128_pd(_mm256_castpd128_pd256(_mm_loadu_pd(base + place[1])),
+                                       _mm_loadu_pd(base + place[3]), 1);
+    first = _mm256_unpacklo_pd(even, odd);
+    second = _mm256_unpackhi_pd(even, odd);
+#else
+    PAIR even = Load<PAIR>(base + place[0]);
+    PAIR odd = Load<PAIR>(base + place[1]);
+    first = __builtin_shufflevector(even, odd, 0, 2);
+    second = __builtin_shufflevector(even, odd, 1, 3);
+#endif
+}
+
+/// A layer's values between the four corners of each point's cell.
+inline REALS Bilinear(const double *layer, long long strideX, WHOLES cell, REALS dx, REALS dy)
+{
+    REALS a0, a1, b0, b1;
+    LoadPairs(layer, cell, a0, a1);
+    LoadPairs(layer + strideX, cell, b0, b1);
+    REALS near = a0 * (1 - dx) + b0 * dx;
+    REALS far = a1 * (1 - dx) + b1 * dx;
+    return near * (1 - dy) + far * dy;
+}
+
+/// One row of the matrix on a column's points.
+struct AXIS {
+    double a; // the terms of the point's x and z
+    double b;
+    double m1;
+    double m3;
+
+    AXIS(const double (&m)[4], double x, double z) : a(m[0] * x), b(m[2] * z), m1(m[1]), m3(m[3]) {}
+    REALS At(REALS y) const { return a + m1 * y + b + m3; }
+};
+
+void Level(const EmLANEJOB &job, double x, const double *y, int first, int last, double *out)
+{
+    const AXIS axisX(job.m[0], x, job.z);
+    const AXIS axisY(job.m[1], x, job.z);
+    const double strideX = static_cast<double>(job.strideX);
+    for (int j = first; j < last; j += WIDTH) {
+        REALS lx = axisX.At(Load<REALS>(y + j));
+        REALS ly = Abs(axisY.At(Load<REALS>(y + j)));
+        WHOLES in = (Abs(lx) < job.limitX) & (ly < job.limitY);
+        REALS ix = Floor(lx);
+        REALS iy = Floor(ly);
+        REALS dx = lx - ix;
+        REALS dy = ly - iy;
+        WHOLES cell = Whole(Keep(ix * strideX + iy, in));
+        REALS above = Bilinear(job.table, job.strideX, cell, dx, dy);
+        REALS below = Bilinear(job.table + job.strideZ, job.strideX, cell, dx, dy);
+        REALS v = Keep(above * job.wz + below * job.dz, in);
+        Store(out + j, Load<REALS>(out + j) + v * job.scale);
+    }
+}
+
+void Tilted(const EmLANEJOB &job, double x, const double *y, int first, int last, double *out)
+{
+    const AXIS axisX(job.m[0], x, job.z);
+    const AXIS axisY(job.m[1], x, job.z);
+    const AXIS axisZ(job.m[2], x, job.z);
+    const double strideX = static_cast<double>(job.strideX);
+    const double strideZ = static_cast<double>(job.strideZ);
+    for (int j = first; j < last; j += WIDTH) {
+        REALS lx = axisX.At(Load<REALS>(y + j));
+        REALS ly = Abs(axisY.At(Load<REALS>(y + j)));
+        REALS lz = axisZ.At(Load<REALS>(y + j));
+        WHOLES in = (lz >= 0.0) & (lz < job.depth);
+        REALS iz = Floor(Keep(lz, in));
+        WHOLES layer = Whole(iz);
+        REALS limitX, limitY;
+        LoadPairs(job.limits, layer + layer, limitX, limitY);
+        in &= (Abs(lx) < limitX) & (ly < limitY);
+        REALS ix = Floor(lx);
+        REALS iy = Floor(ly);
+        REALS dx = lx - ix;
+        REALS dy = ly - iy;
+        REALS dz = lz - iz;
+        WHOLES cell = Whole(Keep(iz * strideZ + ix * strideX + iy, in));
+        REALS above = Bilinear(job.table, job.strideX, cell, dx, dy);
+        REALS below = Bilinear(job.table + job.strideZ, job.strideX, cell, dx, dy);
+        REALS v = Keep(above * (1 - dz) + below * dz, in);
+        Store(out + j, Load<REALS>(out + j) + v * job.scale);
+    }
+}
+
+void FindRows(const EmLANEJOB &job, double x, const double *y, int first, int last, EmLANEROWS &rows)
+{
+    const AXIS axisY(job.m[1], x, job.z);
+    rows.lowest = EM_CELL_MAX;
+    rows.highest = -1;
+    for (int j = first; j < last; j += WIDTH) {
+        REALS ly = Abs(axisY.At(Load<REALS>(y + j)));
+        WHOLES in = ly < job.limitY;
+        REALS iy = Floor(Keep(ly, in));
+        REALS dy = Keep(ly, in) - iy;
+        WHOLES cell = Whole(iy);
+        Store(rows.dy + j, dy);
+        Store(rows.wy + j, 1 - dy);
+        __builtin_memcpy(rows.in + j, &in, sizeof in);
+        for (int k = 0; k < WIDTH; ++k) {
+            int c = static_cast<int>(cell[k]);
+            rows.cell[j + k] = c;
+            rows.lowest = c < rows.lowest ? c : rows.lowest;
+            rows.highest = c > rows.highest ? c : rows.highest;
+        }
+    }
+}
+
+inline WHOLES Cells(const int *cell)
+{
+#ifdef __AVX2__
+    return WHOLES{cell[0], cell[1], cell[2], cell[3]};
+#else
+    return WHOLES{cell[0], cell[1]};
+#endif
+}
+
+void Straight(const EmLANEJOB &job, const EmLANEROWS &rows, double x, double y, int first, int last,
+              double *out)
+{
+    // Values of the two layers at the column's x, one a cell in use and one behind.
+    double above[EM_CELL_MAX + 1];
+    double below[EM_CELL_MAX + 1];
+    double lx = job.m[0][0] * x + job.m[0][1] * y + job.m[0][2] * job.z + job.m[0][3];
+    if (!(lx < job.limitX && -lx < job.limitX))
+        return;
+    int ix = static_cast<int>(lx);
+    if (lx < ix)
+        --ix;
+    const double dx = lx - ix;
+    const double wx = 1 - dx;
+    const double *a = job.table + ix * job.strideX;
+    const double *b = a + job.strideX;
+    for (int i = rows.lowest; i <= rows.highest + 1; ++i) {
+        above[i] = a[i] * wx + b[i] * dx;
+        below[i] = a[job.strideZ + i] * wx + b[job.strideZ + i] * dx;
+    }
+    for (int j = first; j < last; j += WIDTH) {
+        REALS dy = Load<REALS>(rows.dy + j);
+        REALS wy = Load<REALS>(rows.wy + j);
+        REALS a0, a1, b0, b1;
+        LoadPairs(above, Cells(rows.cell + j), a0, a1);
+        LoadPairs(below, Cells(rows.cell + j), b0, b1);
+        REALS v = (a0 * wy + a1 * dy) * job.wz + (b0 * wy + b1 * dy) * job.dz;
+        Store(out + j, Load<REALS>(out + j) + Keep(v, Load<WHOLES>(rows.in + j)) * job.scale);
+    }
+}
+} // namespace
+
+extern const EmLANES EM_LANES = {WIDTH, Level, Tilted, FindRows, Straight};

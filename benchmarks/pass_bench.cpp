@@ -1,0 +1,128 @@
+// The evaluation of a hall against its plain twin: the whole run, and the judging of the plan behind it. Each
+// fast figure carries the ratio to the twin, taken in the same run, as its counter "times"; the results must
+// agree bit for bit, or the program ends with an error.
+#include "ker/emfield_lanes.h"
+#include "support/fieldhall.h"
+#include "support/plainpass.h"
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <map>
+#include <string>
+
+namespace
+{
+struct CASE {
+    const char *name;
+    FIELDGRID hall;
+    bool draft;
+};
+
+const CASE cases[] = {
+    {"6_emitters", {20, 12, 6, 3, 2}, false},
+    {"24_emitters", {60, 30, 8, 6, 4}, false},
+    {"200_emitters", {200, 100, 12, 20, 10}, false},
+    {"6_emitters_quarter_turn", {20, 12, 6, 3, 2, AgPI / 2}, false},
+    {"24_emitters_quarter_turn", {60, 30, 8, 6, 4, AgPI / 2}, false},
+    {"200_emitters_quarter_turn", {200, 100, 12, 20, 10, AgPI / 2}, false},
+    {"6_emitters_aslant", {20, 12, 6, 3, 2, 0.7, 0.4}, false},
+    {"24_emitters_aslant", {60, 30, 8, 6, 4, 0.7, 0.4}, false},
+    {"200_emitters_aslant", {200, 100, 12, 20, 10, 0.7, 0.4}, false},
+    {"6_emitters_draft", {20, 12, 6, 3, 2}, true},
+    {"24_emitters_draft", {60, 30, 8, 6, 4}, true},
+    {"200_emitters_draft", {200, 100, 12, 20, 10}, true},
+};
+
+enum WAY { PLAIN_TWIN, PORTABLE, BEST };
+
+/// What the twin took and found, by name of the measured thing.
+struct TWIN {
+    double seconds = 1e9; // least of its runs
+    unsigned long long sum = 0;
+};
+std::map<std::string, TWIN> twins;
+
+double Seconds()
+{
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+/// Times `work` and sets it beside the twin's time, which must have been taken before.
+void Measure(benchmark::State &state, const std::string &key, WAY way, const std::function<void()> &work,
+             const std::function<unsigned long long()> &sum)
+{
+    EmSetLanes(way == PORTABLE ? &EmLanesPlain : NULL);
+    double least = 1e9;
+    for (auto _ : state) {
+        double start = Seconds();
+        work();
+        least = std::min(least, Seconds() - start);
+    }
+    EmSetLanes(NULL);
+    TWIN &twin = twins[key];
+    if (way == PLAIN_TWIN)
+        twin = {std::min(least, twin.seconds), sum()};
+    else if (sum() != twin.sum) {
+        fprintf(stderr, "%s differs from its plain twin\n", key.c_str());
+        exit(1);
+    }
+    state.counters["times"] = twin.seconds / least;
+}
+
+void Pass(benchmark::State &state, const CASE &c, WAY way)
+{
+    auto hall = MakeGridHall(c.hall);
+    ZulPassParams params;
+    params.draft = c.draft;
+    params.height = 1;
+    TZulMapInfo info;
+    ZulPassMap map;
+    auto run = way == PLAIN_TWIN ? PlainRunPass : ZulRunPass;
+    Measure(
+        state, std::string("pass/") + c.name, way, [&] { run(hall->room, params, info, map); },
+        [&] { return Checksum(info, map); });
+}
+
+void Judge(benchmark::State &state, const CASE &c, WAY way)
+{
+    auto hall = MakeGridHall(c.hall);
+    ZulPassParams params;
+    params.draft = c.draft;
+    TZulMapInfo info;
+    ZulPassMap map;
+    ZulRunPass(hall->room, params, info, map);
+    ZulHygieneMaps maps;
+    auto run = way == PLAIN_TWIN ? PlainJudgePlan : ZulJudgePlan;
+    Measure(
+        state, std::string("judge/") + c.name, way, [&] { run(hall->room, info, map, maps); },
+        [&] { return Checksum(maps); });
+}
+
+/// The twin comes first: the others take their ratio to it.
+void Register(const char *what, void (*function)(benchmark::State &, const CASE &, WAY), const CASE &c)
+{
+    static const char *const ways[] = {"plain_twin", "portable", "best"};
+    for (WAY way : {PLAIN_TWIN, PORTABLE, BEST}) {
+        std::string name = std::string(what) + "/" + c.name + "/" + ways[way];
+        benchmark::RegisterBenchmark(name.c_str(), [=, &c](benchmark::State &state) {
+            function(state, c, way);
+        })->Unit(benchmark::kMillisecond);
+    }
+}
+} // namespace
+
+int main(int argc, char **argv)
+{
+    for (const CASE &c : cases) {
+        Register("pass", Pass, c);
+        Register("judge", Judge, c);
+    }
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
