@@ -4,9 +4,9 @@
 #define TESTS_KER_HALL_H
 
 #include "ker/emroom.h"
+#include "support/chance.h"
 
 #include <list>
-#include <random>
 
 enum { FLOOR = 0, CEILING = 1, WALL_A = 2, WALL_B = 3, WALL_C = 4, WALL_D = 5 }; // places in the surface set
 
@@ -74,21 +74,6 @@ public:
 
 private:
     std::list<EmMODEL> models;
-};
-
-/// Numbers that look random and are the same in every run.
-class DICE
-{
-public:
-    explicit DICE(unsigned number) : engine(number) {}
-    double Between(double low, double high)
-    {
-        return low + (high - low) * (engine() - engine.min()) / (engine.max() - engine.min());
-    }
-    int Below(int count) { return static_cast<int>(engine() % static_cast<unsigned>(count)); }
-
-private:
-    std::mt19937 engine;
 };
 
 #endif

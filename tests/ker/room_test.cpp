@@ -1,11 +1,14 @@
 #include "hall.h"
 #include "lib/xfail.h"
+#include "support/child.h"
+#include "support/fault.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <optional>
 #include <string>
 
 TEST(Box, SidesAreNeverNegative)
@@ -78,9 +81,9 @@ TEST(Room, CutsHeadsThatAreTooLong)
     EXPECT_EQ(std::strlen(room.Conclusion()->head), 255u);
 }
 
-TEST(RoomDeathTest, AConclusionWithoutHeadIsAFaultOfTheProgram)
+TEST(Room, AConclusionWithoutHeadIsAFaultOfTheProgram)
 {
-    EXPECT_DEATH(EmCONCLUSION(NULL, 20261121), "Assertion failed: head != NULL, file ker/emroom.cpp, line");
+    EXPECT_TRUE(AbortsOnAssertion("head != NULL", "ker/emroom.cpp", [] { EmCONCLUSION(NULL, 20261121); }));
 }
 
 TEST(Room, BuiltWhileAFailureIsPendingHasNoSurfaces)
@@ -90,6 +93,24 @@ TEST(Room, BuiltWhileAFailureIsPendingHasNoSurfaces)
     EXPECT_EQ(hall.Surfaces()->Count(), 0);
     EXPECT_EQ(xCode, XALLOC);
     xCode = XNULL;
+}
+
+TEST(Room, ThatFindsNoMemoryForItsSurfacesHasNone)
+{
+    std::optional<HALL> hall;
+    long blocks = 0;
+    auto build = [&] {
+        blocks = LiveBlocks();
+        hall.emplace(20, 12, 6);
+    };
+    const int faults = SweepFaults([&] { hall.reset(); }, build,
+                                   [&](const FaultRun &run) {
+                                       EXPECT_EQ(run.code, run.fired ? XALLOC : XNULL);
+                                       EXPECT_EQ(hall->Surfaces()->Count(), run.fired ? 0 : 6);
+                                       hall.reset();
+                                       EXPECT_EQ(LiveBlocks(), blocks);
+                                   });
+    EXPECT_EQ(faults, 12); // six surfaces, each refused once and from then on
 }
 
 TEST(Room, OfNoSizeHasSixSurfacesAndZeroFigures)
@@ -104,17 +125,16 @@ TEST(Irradiation, IsTheSumOverTheEmittersInTheirOrder)
 {
     HALL hall(20, 12, 6);
     EmMODEL *model = hall.Model(0.6);
-    DICE dice(7);
+    CHANCE dice(7);
     for (int i = 0; i < 9; ++i) {
-        EmEMITTER *emitter =
-            hall.Hang(model, {dice.Between(2, 8), dice.Between(2, 8), 4}, dice.Between(500, 3000));
-        emitter->rotation = dice.Between(-3, 3);
+        EmEMITTER *emitter = hall.Hang(model, {dice.Real(2, 8), dice.Real(2, 8), 4}, dice.Real(500, 3000));
+        emitter->rotation = dice.Real(-3, 3);
     }
     hall.Hang(NULL, {5, 5, 4}, 5000);
     hall.Emitters()->Prepare();
     double highest = 0;
     for (int i = 0; i < 200; ++i) {
-        const AgPOINT p(dice.Between(0, 10), dice.Between(0, 10), dice.Between(0, 4));
+        const AgPOINT p(dice.Real(0, 10), dice.Real(0, 10), dice.Real(0, 4));
         double sum = 0;
         for (EmEMITTER *e = hall.Emitters()->First(); e; e = EmEMITTERSET::Next(e))
             sum += e->Irradiation(p);
@@ -157,10 +177,10 @@ TEST(OperativeTemp, WithoutRadiationIsThatOfTheAir)
 TEST(OperativeTemp, IsThreeQuartersAirAndOneQuarterRadiant)
 {
     HALL hall(1, 1, 1);
-    DICE dice(11);
+    CHANCE dice(11);
     for (int i = 0; i < 500; ++i) {
-        const double t = dice.Between(-20, 40);
-        const double intensity = dice.Between(-100, 1000);
+        const double t = dice.Real(-20, 40);
+        const double intensity = dice.Real(-100, 1000);
         const double radiant = 4 * hall.OperativeTemp(intensity, t) - 3 * t;
         // The black-body flux of the radiant temperature exceeds that of the air by the intensity.
         EXPECT_NEAR(5.6687e-08 * (std::pow(radiant + 273.15, 4) - std::pow(t + 273.15, 4)), intensity, 1e-8);
