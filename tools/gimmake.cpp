@@ -301,6 +301,7 @@ int Make(ORDER &order)
 void AddOptions(CLI::App &command, ORDER &order, int kind)
 {
     command.group("Befehle");
+    command.get_help_ptr()->group("Optionen");
     command.option_defaults()->group("Optionen");
     for (QUANTITY &q : order.quantities) {
         if (q.kinds & kind)
