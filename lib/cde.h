@@ -23,8 +23,9 @@ enum : unsigned char {
     CDE_TEXT = 0xA7,   // int32 length, bytes
 };
 
-/// A file name of at most 255 characters, normalised at each assignment: no blanks around its components, no
-/// trailing '\' but a root's, no trailing '.'.
+/// A file name of at most 255 characters, normalised at each assignment: no blanks at its ends or before a '\'
+/// or ':', no trailing '\' but a root's, no single '.' at the end of a name. What does not fit is cut off.
+/// A ':' that no '\' precedes ends the drive; any other one is a character of its component.
 class CdeFILENAME
 {
 public:

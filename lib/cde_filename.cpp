@@ -30,7 +30,7 @@ char *CopyWithoutIdleBlanks(char *to, const char *from)
             inWord = false;
             continue;
         }
-        if (!inWord && IsBorder(*from)) {
+        if (IsBorder(*from)) { // in a word it stays there, and nothing is pending
             pending = 0;
         } else {
             for (; pending > 0; --pending)
