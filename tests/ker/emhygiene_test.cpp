@@ -1,3 +1,5 @@
+#include "hall.h"
+#include "ker/emfield.h"
 #include "ker/emhygiene.h"
 #include "lib/platform.h"
 
@@ -182,4 +184,53 @@ TEST(Criterion, TheTwoHeaviestClassesJudgeAlike)
 {
     for (double v = 0; v < 30; v += 0.125)
         EXPECT_EQ(HeadTempCriterion(4).Classify(v), HeadTempCriterion(5).Classify(v)) << v;
+}
+
+TEST(JudgedValues, WithoutRadiationAreThoseOfTheAir)
+{
+    HALL hall(20, 12, 6);
+    TZulMapInfo info;
+    info.airTemp = 18;
+    const struct {
+        int32_t position;
+        double head;
+    } cases[] = {{EM_STANDING, 1.7}, {EM_SITTING, 1.1}, {0, 1.7}, {7, 1.7}};
+    for (const auto &row : cases) {
+        hall.Data()->position = row.position;
+        EXPECT_NEAR(HeadTemp(hall, info, 5, 5), 18 + (row.head - 1.5) * 0.3, 1e-11) << row.position;
+        EXPECT_NEAR(DiffTemp(hall, info, 5, 5), (row.head - 0.15) * 0.3, 1e-11) << row.position;
+        EXPECT_EQ(HeadInte(hall, 5, 5), 0) << row.position;
+    }
+}
+
+TEST(JudgedValues, AreTakenAtTheHeightOfThePosition)
+{
+    HALL hall(20, 12, 6);
+    hall.Hang(hall.Model(0.6), {5, 5, 4}, 3000);
+    hall.SetConstruction(EM_CEILING, 2, -12);
+    hall.SetConstruction(EM_WALLS, 2, -12);
+    hall.Open(CEILING, {6, 5}, 2, 2)->constr.k = 5;
+    hall.Emitters()->Prepare();
+    hall.Surfaces()->Prepare();
+    hall.Surfaces()->UpdateTemps(18);
+    TZulMapInfo info;
+    info.airTemp = 18;
+    const struct {
+        int32_t position;
+        double head;
+    } cases[] = {{EM_STANDING, 1.7}, {EM_SITTING, 1.1}};
+    for (const auto &row : cases) {
+        hall.Data()->position = row.position;
+        const AgPOINT head(5.3, 4.8, row.head);
+        const AgPOINT ankle(5.3, 4.8, 0.15);
+        ASSERT_GT(hall.Irradiation(head), 50);
+        const double headTemp = hall.OperativeTemp(hall.Irradiation(head), (row.head - 1.5) * 0.3 + 18);
+        const double ankleTemp = hall.OperativeTemp(hall.Irradiation(ankle), (0.15 - 1.5) * 0.3 + 18);
+        EXPECT_EQ(HeadTemp(hall, info, 5.3, 4.8), headTemp) << row.position;
+        EXPECT_EQ(DiffTemp(hall, info, 5.3, 4.8), headTemp - ankleTemp) << row.position;
+        // The cold ceiling takes from the head, the walls, as cold, do not.
+        const double ceiling = hall.Side(CEILING)->Radiation(head);
+        EXPECT_LT(ceiling, -1);
+        EXPECT_EQ(HeadInte(hall, 5.3, 4.8), hall.Irradiation(head) + ceiling) << row.position;
+    }
 }
