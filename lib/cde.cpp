@@ -2,6 +2,7 @@
 #include "lib/charstr.h"
 #include "lib/xassert.h"
 
+#include <bit>
 #include <climits>
 #include <cstdint>
 #include <cstring>
@@ -10,37 +11,15 @@
 
 namespace
 {
-void StoreInt(char *bytes, int value)
-{
-    uint32_t bits = static_cast<uint32_t>(value);
-    for (int i = 0; i < 4; ++i)
-        bytes[i] = static_cast<char>(bits >> 8 * i);
-}
+// The format's numbers are the machine's own, which saves a loop an item.
+static_assert(std::endian::native == std::endian::little);
 
-int LoadInt(const char *bytes)
+/// Puts a tag and a number behind it into an item.
+template <class T>
+void StoreItem(char (&item)[1 + sizeof(T)], unsigned char tag, T number)
 {
-    uint32_t bits = 0;
-    for (int i = 0; i < 4; ++i)
-        bits |= static_cast<uint32_t>(static_cast<unsigned char>(bytes[i])) << 8 * i;
-    return static_cast<int>(bits);
-}
-
-void StoreReal(char *bytes, double value)
-{
-    uint64_t bits;
-    memcpy(&bits, &value, sizeof bits);
-    for (int i = 0; i < 8; ++i)
-        bytes[i] = static_cast<char>(bits >> 8 * i);
-}
-
-double LoadReal(const char *bytes)
-{
-    uint64_t bits = 0;
-    for (int i = 0; i < 8; ++i)
-        bits |= static_cast<uint64_t>(static_cast<unsigned char>(bytes[i])) << 8 * i;
-    double value;
-    memcpy(&value, &bits, sizeof value);
-    return value;
+    item[0] = static_cast<char>(tag);
+    memcpy(item + 1, &number, sizeof number);
 }
 
 /// Puts tag, length byte and bytes of a short string into an item and tells its length.
@@ -64,11 +43,12 @@ void CdeMEDIUM::PutHeader(const char *type, int ver)
         char item[2 + CdeMAXSTR + 4];
         ASSERT(type != NULL);
         ASSERT(ver >= 0);
+        int32_t version = ver;
         int len = StrLength(type);
         ASSERT(len < CdeMAXSTR);
         int size = StoreShort(item, CDE_HEADER, type, len);
-        StoreInt(item + size, ver);
-        Write(item, size + 4); __test;
+        memcpy(item + size, &version, sizeof version);
+        Write(item, size + static_cast<int>(sizeof version)); __test;
     __point
     __treat
 }
@@ -76,8 +56,8 @@ void CdeMEDIUM::PutHeader(const char *type, int ver)
 void CdeMEDIUM::PutSection(int num)
 {
     __enter
-        char item[5] = {static_cast<char>(CDE_SECTION)};
-        StoreInt(item + 1, num);
+        char item[5];
+        StoreItem<int32_t>(item, CDE_SECTION, num);
         Write(item, sizeof item); __test;
     __point
     __treat
@@ -95,8 +75,8 @@ void CdeMEDIUM::PutEnd()
 void CdeMEDIUM::PutInt(int value)
 {
     __enter
-        char item[5] = {static_cast<char>(CDE_INT)};
-        StoreInt(item + 1, value);
+        char item[5];
+        StoreItem<int32_t>(item, CDE_INT, value);
         Write(item, sizeof item); __test;
     __point
     __treat
@@ -105,8 +85,8 @@ void CdeMEDIUM::PutInt(int value)
 void CdeMEDIUM::PutReal(double value)
 {
     __enter
-        char item[9] = {static_cast<char>(CDE_REAL)};
-        StoreReal(item + 1, value);
+        char item[9];
+        StoreItem(item, CDE_REAL, value);
         Write(item, sizeof item); __test;
     __point
     __treat
@@ -128,27 +108,34 @@ void CdeMEDIUM::PutStr(const char *s, int len)
 void CdeMEDIUM::PutText(const char *s, int len)
 {
     __enter
-        char head[5] = {static_cast<char>(CDE_TEXT)};
+        char head[5];
         ASSERT(s != NULL);
         if (len < 0)
             len = StrLength(s);
         ASSERT(len >= 0);
-        StoreInt(head + 1, len);
+        StoreItem<int32_t>(head, CDE_TEXT, len);
         Write(head, sizeof head); __test;
         Write(s, len); __test;
     __point
     __treat
 }
 
-void CdeMEDIUM::GetTag(unsigned char tag)
+static void RaiseInvolved()
 {
     __enter
-        char found;
-        Read(&found, 1); __test;
-        if (static_cast<unsigned char>(found) != tag)
-            __raise(XCDE_INVOLVED);
+        __raise(XCDE_INVOLVED);
     __point
     __treat
+}
+
+// On the road of every item that is read, so without a frame of its own: after a failed Read nothing is left to
+// do, and `found` is as it was.
+inline void CdeMEDIUM::GetTag(unsigned char tag)
+{
+    unsigned char found = tag;
+    Read(&found, 1);
+    if (found != tag)
+        RaiseInvolved();
 }
 
 /// Reads length byte and bytes of a short string.
@@ -163,15 +150,11 @@ static void GetShort(CdeMEDIUM &medium, char (&s)[CdeMAXSTR])
     __treat
 }
 
-static int GetPlainInt(CdeMEDIUM &medium)
+/// An integer without a tag; 0 after a failure. No frame, as above.
+static inline int GetPlainInt(CdeMEDIUM &medium)
 {
-    int value = 0;
-    __enter
-        char bytes[4];
-        medium.Read(bytes, sizeof bytes); __test;
-        value = LoadInt(bytes);
-    __point
-    __treat
+    int32_t value = 0;
+    medium.Read(&value, sizeof value);
     return value;
 }
 
@@ -220,10 +203,8 @@ double CdeMEDIUM::GetReal()
 {
     double value = 0;
     __enter
-        char bytes[8];
         GetTag(CDE_REAL); __test;
-        Read(bytes, sizeof bytes); __test;
-        value = LoadReal(bytes);
+        Read(&value, sizeof value); __test;
     __point
     __treat
     return value;
@@ -265,15 +246,13 @@ void CdeMEDIUM::GetText(char *s, int max)
     __treat
 }
 
+// True with a failure, before or in it, so that loops over members end. No frame, as in GetTag.
 bool CdeMEDIUM::GetOver()
 {
-    bool over = true; // with a failure pending, so that loops over members end
-    __enter
-        unsigned char next = Tag(Peek()); __test;
-        over = next == CDE_EOF || next == CDE_END || next == CDE_HEADER;
-    __point
-    __treat
-    return over;
+    if (XPending())
+        return true;
+    unsigned char next = Tag(Peek());
+    return next == CDE_EOF || next == CDE_END || next == CDE_HEADER || XPending();
 }
 
 /// Reads the item whose tag has been seen; what is no item stays.

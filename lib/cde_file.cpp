@@ -19,6 +19,30 @@
 
 static const char closedName[] = "???"; // what CdeFILE::name shows while no file is open
 
+/// Copies an item or a part of one. The sizes of tags and numbers are spared the call.
+static inline void CopyFew(char *to, const char *from, int size)
+{
+    switch (size) {
+    case 1:
+        *to = *from;
+        break;
+    case 4:
+        memcpy(to, from, 4);
+        break;
+    case 5:
+        memcpy(to, from, 5);
+        break;
+    case 8:
+        memcpy(to, from, 8);
+        break;
+    case 9:
+        memcpy(to, from, 9);
+        break;
+    default:
+        memcpy(to, from, static_cast<size_t>(size));
+    }
+}
+
 /// A descriptor with a buffer. Knows nothing of the failure protocol: it reports, and CdeFILE raises.
 class CdeSTREAM
 {
@@ -46,21 +70,32 @@ public:
     RESULT Sync();
 
     RESULT Peek(signed char *next);
-    RESULT Read(void *blk, int size)
+    RESULT Read(char *to, int size);
+    RESULT Write(const char *from, int size);
+    /// The common case: all of it lies in the buffer, or finds room there. False if it does not; then nothing
+    /// has happened, for a negative size too.
+    bool ReadBuffered(void *blk, int size)
     {
-        if (size > Buffered())
-            return ReadThrough(static_cast<char *>(blk), size);
-        memcpy(blk, cur, static_cast<size_t>(size));
+        if (size < 0 || size > filled - cur)
+            return false;
+        CopyFew(static_cast<char *>(blk), cur, size);
         cur += size;
-        return DONE;
+        return true;
     }
-    RESULT Write(const void *blk, int size)
+    bool PeekBuffered(signed char *next)
     {
-        if (size > room - cur)
-            return WriteThrough(static_cast<const char *>(blk), size);
-        memcpy(cur, blk, static_cast<size_t>(size));
+        if (cur >= filled)
+            return false;
+        *next = static_cast<signed char>(*cur);
+        return true;
+    }
+    bool WriteBuffered(const void *blk, int size)
+    {
+        if (size < 0 || size > room - cur)
+            return false;
+        CopyFew(cur, static_cast<const char *>(blk), size);
         cur += size;
-        return DONE;
+        return true;
     }
     RESULT Seek(off_t pos);
     /// Steps over bytes, which may lie behind the end of the file.
@@ -96,8 +131,6 @@ private:
     bool IsWriting() const { return room > buf; }
     void Empty(off_t pos);
     bool Move(off_t pos);
-    RESULT ReadThrough(char *to, int size);
-    RESULT WriteThrough(const char *from, int size);
     RESULT Fill();
     RESULT Flush();
     RESULT BeginWriting();
@@ -116,6 +149,8 @@ bool CdeSTREAM::Open(int flags, int mode)
         return true;
     disk->close(fd);
     fd = -1;
+    if (flags & O_EXCL) // made just now
+        disk->unlink(path.c_str());
     return false;
 }
 
@@ -222,7 +257,7 @@ CdeSTREAM::RESULT CdeSTREAM::BeginWriting()
     return DONE;
 }
 
-CdeSTREAM::RESULT CdeSTREAM::WriteThrough(const char *from, int size)
+CdeSTREAM::RESULT CdeSTREAM::Write(const char *from, int size)
 {
     while (size > 0) {
         if (!IsWriting() || cur == room)
@@ -237,7 +272,7 @@ CdeSTREAM::RESULT CdeSTREAM::WriteThrough(const char *from, int size)
     return DONE;
 }
 
-CdeSTREAM::RESULT CdeSTREAM::ReadThrough(char *to, int size)
+CdeSTREAM::RESULT CdeSTREAM::Read(char *to, int size)
 {
     for (;;) {
         int piece = Buffered() < size ? Buffered() : size;
@@ -258,8 +293,7 @@ CdeSTREAM::RESULT CdeSTREAM::ReadThrough(char *to, int size)
 CdeSTREAM::RESULT CdeSTREAM::Peek(signed char *next)
 {
     RESULT result = Buffered() > 0 ? DONE : Fill();
-    if (result == DONE && Buffered() > 0)
-        *next = static_cast<signed char>(*cur);
+    PeekBuffered(next);
     return result;
 }
 
@@ -426,58 +460,76 @@ void RaiseOn(CdeSTREAM::RESULT result, const char *name)
     __treat
 }
 
-/// Bytes of an item of which the first `there` can be seen, at least 1. 0: no item; -1: a negative length.
-off_t ItemLength(const unsigned char *item, int there)
+/// Bytes of an item of which the first `there` can be seen, at least 1. 0: no item; -1: a negative length. The
+/// processor guesses the branches, but would have to wait for a length looked up in a table.
+inline off_t ItemLength(const unsigned char *item, off_t there)
 {
     switch (item[0]) {
+    case CDE_REAL:
+        return 9;
     case CDE_SECTION:
     case CDE_INT:
         return 5;
     case CDE_END:
         return 1;
-    case CDE_REAL:
-        return 9;
     case CDE_STR:
         return there < 2 ? 2 : 2 + item[1];
     case CDE_HEADER:
-        return there < 2 ? 2 : 2 + item[1] + 4;
+        return there < 2 ? 6 : 6 + item[1];
     case CDE_TEXT: {
-        if (there < 5)
-            return 5;
-        uint32_t length = item[1] | item[2] << 8 | item[3] << 16 | static_cast<uint32_t>(item[4]) << 24;
-        return length > INT_MAX ? -1 : 5 + static_cast<off_t>(length);
+        int32_t length = 0;
+        if (there >= 5)
+            memcpy(&length, item + 1, sizeof length);
+        return length < 0 ? -1 : 5 + off_t{length};
     }
     }
     return 0;
 }
 
+/// What the walk has come to.
+struct WALK {
+    int depth = 0;     // open sections
+    bool over = false; // nothing behind is looked at
+    bool sound = true;
+};
+
+/// Walks over the items that begin within the `there` bytes and lie in them with their lengths, and tells how
+/// far it got: at least one item, of which the last may reach beyond.
+off_t WalkBytes(WALK &walk, const unsigned char *bytes, off_t there)
+{
+    off_t pos = 0;
+    do {
+        const unsigned char *item = bytes + pos;
+        off_t length = ItemLength(item, there - pos);
+        if (length <= 0) {
+            walk.over = true;
+            walk.sound = length == 0 && walk.depth == 0;
+            return pos;
+        }
+        if (*item == CDE_SECTION)
+            ++walk.depth;
+        else if (*item == CDE_END && walk.depth > 0)
+            --walk.depth;
+        else if (*item == CDE_HEADER && walk.depth > 0)
+            walk.over = true;
+        pos += length;
+    } while (there - pos >= 5 && !walk.over);
+    return pos;
+}
+
 /// Goes from item to item up to `size`, the end of the file. A count of open sections is all that is kept, and
 /// texts are stepped over by their length, so neither depth nor length costs anything.
-CdeSTREAM::RESULT WalkItems(CdeSTREAM &stream, off_t size, bool *sound)
+CdeSTREAM::RESULT WalkItems(CdeSTREAM &stream, off_t size, WALK &walk)
 {
-    int depth = 0;
-    while (stream.Tell() < size) {
+    CdeSTREAM::RESULT result = CdeSTREAM::DONE;
+    while (result == CdeSTREAM::DONE && !walk.over && stream.Tell() < size) {
         int there;
-        CdeSTREAM::RESULT result = stream.Ahead(5, &there);
+        result = stream.Ahead(5, &there);
         if (result != CdeSTREAM::DONE || there == 0)
             return result;
-        const unsigned char *item = stream.Bytes();
-        off_t length = ItemLength(item, there);
-        if (length <= 0) {
-            *sound = length == 0 && depth == 0;
-            return result;
-        }
-        if (item[0] == CDE_HEADER && depth > 0)
-            return result;
-        if (item[0] == CDE_SECTION)
-            ++depth;
-        else if (item[0] == CDE_END && depth > 0)
-            --depth;
-        result = stream.Pass(length);
-        if (result != CdeSTREAM::DONE)
-            return result;
+        result = stream.Pass(WalkBytes(walk, stream.Bytes(), there));
     }
-    return CdeSTREAM::DONE;
+    return result;
 }
 } // namespace
 
@@ -575,10 +627,11 @@ void CdeFILE::Close()
 signed char CdeFILE::Peek()
 {
     signed char next = static_cast<signed char>(CDE_EOF);
+    if (!XPending() && f != NULL && f->PeekBuffered(&next))
+        return next;
     __enter
         ASSERT(f != NULL);
-        CdeSTREAM::RESULT result = f->Peek(&next);
-        RaiseOn(result, name); __test;
+        RaiseOn(f->Peek(&next), name); __test;
     __point
     __treat
     return next;
@@ -586,28 +639,26 @@ signed char CdeFILE::Peek()
 
 void CdeFILE::Write(const void *blk, int size)
 {
+    if (!XPending() && f != NULL && blk != NULL && f->WriteBuffered(blk, size))
+        return; // nothing can have failed, so no frame is needed
     __enter
         ASSERT(f != NULL);
         ASSERT(blk != NULL);
         ASSERT(size >= 0);
-        CdeSTREAM::RESULT result = f->Write(blk, size);
-        if (result != CdeSTREAM::DONE) {
-            RaiseOn(result, name); __test;
-        }
+        RaiseOn(f->Write(static_cast<const char *>(blk), size), name); __test;
     __point
     __treat
 }
 
 void CdeFILE::Read(void *blk, int size)
 {
+    if (!XPending() && f != NULL && blk != NULL && f->ReadBuffered(blk, size))
+        return; // as above
     __enter
         ASSERT(f != NULL);
         ASSERT(blk != NULL);
         ASSERT(size >= 0);
-        CdeSTREAM::RESULT result = f->Read(blk, size);
-        if (result != CdeSTREAM::DONE) {
-            RaiseOn(result, name); __test;
-        }
+        RaiseOn(f->Read(static_cast<char *>(blk), size), name); __test;
     __point
     __treat
 }
@@ -637,17 +688,17 @@ void CdeFILE::Walk()
 {
     __enter
         ASSERT(f != NULL);
-        bool sound = true;
+        WALK walk;
         off_t start = f->Tell();
         off_t size = 0;
         CdeSTREAM::RESULT result = f->Size(&size);
         if (result == CdeSTREAM::DONE && size > INT_MAX) // positions are int
             result = CdeSTREAM::SHORT;
         if (result == CdeSTREAM::DONE)
-            result = WalkItems(*f, size, &sound);
+            result = WalkItems(*f, size, walk);
         RaiseOn(result, name); __test;
         RaiseOn(f->Seek(start), name); __test;
-        if (!sound)
+        if (!walk.sound)
             __raise(XCDE_INVOLVED);
     __point
     __treat
