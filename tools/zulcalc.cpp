@@ -85,6 +85,12 @@ void SaveHall(const std::string &path, ZulcalcEvaluation &evaluation)
     __treat
 }
 
+/// The criterion maps cost as much as the pass, and four times its memory.
+bool NeedsHygiene(const ZulcalcOptions &options, const EmROOM &room)
+{
+    return !options.IsReport() || !options.hygiene.empty() || options.timing || room.Data()->workClass != 0;
+}
+
 void Evaluate(const ZulcalcOptions &options, ZulcalcEvaluation &evaluation)
 {
     __enter
@@ -92,7 +98,7 @@ void Evaluate(const ZulcalcOptions &options, ZulcalcEvaluation &evaluation)
             StopWatch watch(evaluation.timing.pass);
             ZulRunPass(*evaluation.room, options.params, evaluation.info, evaluation.map); __test;
         }
-        {
+        if (NeedsHygiene(options, *evaluation.room)) {
             StopWatch watch(evaluation.timing.hygiene);
             ZulJudgePlan(*evaluation.room, evaluation.info, evaluation.map, evaluation.hygiene); __test;
         }
