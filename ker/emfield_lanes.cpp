@@ -210,6 +210,61 @@ void Straight(const EmLANEJOB &job, const EmLANEROWS &rows, double x, double y, 
         Store(out + j, Load<REALS>(out + j) + Keep(v, Load<WHOLES>(rows.in + j)) * job.scale);
     }
 }
+
+inline REALS Root(REALS v)
+{
+#ifdef __AVX2__
+    return _mm256_sqrt_pd(v);
+#else
+    return REALS{__builtin_sqrt(v[0]), __builtin_sqrt(v[1])};
+#endif
+}
+
+inline REALS Choose(WHOLES where, REALS yes, REALS no)
+{
+    return Keep(yes, where) + Keep(no, ~where);
+}
+
+/// The operative temperature by square roots, C: right to some parts in 10^15 where the intensity is not
+/// negative.
+inline REALS OperativeTemp(REALS intensity, double airTemp, double level)
+{
+    REALS radiant = Root(Root(intensity * (1 / 5.6687e-08) + level)) - 273.15;
+    return ((airTemp + radiant) * 0.5 + airTemp) * 0.5;
+}
+
+/// The class of values that may be off by `guard`, 3 where that is in doubt, as for what is no number.
+inline REALS Class(REALS v, const double (&limits)[4], double guard)
+{
+    const REALS zero = {};
+    REALS c = Choose((v >= limits[0]) & (v <= limits[3]), zero + 1, zero + 2);
+    c = Choose((v >= limits[1]) & (v <= limits[2]), zero, c);
+    WHOLES sure = Abs(v) < 1e8;
+    for (double limit : limits)
+        sure &= Abs(v - limit) > guard;
+    return Choose(sure, c, zero + 3);
+}
+
+void Judge(const EmLANEJUDGE &plan, const double *head, const double *ankle, const double *ceiling, int count,
+           long long *classes)
+{
+    const REALS zero = {};
+    for (int j = 0; j < count; j += WIDTH) {
+        REALS h = Load<REALS>(head + j);
+        REALS a = Load<REALS>(ankle + j);
+        REALS headTemp = OperativeTemp(h, plan.airHead, plan.levelHead);
+        REALS ankleTemp = OperativeTemp(a, plan.airAnkle, plan.levelAnkle);
+        REALS temp = Class(headTemp, plan.limits[0], plan.guard[0]);
+        REALS diff = Class(headTemp - ankleTemp, plan.limits[1], plan.guard[1]);
+        // Below 0 the sum under the root can lose its digits.
+        WHOLES known = h >= 0.0;
+        temp = Choose(known, temp, zero + 3);
+        diff = Choose(known & (a >= 0.0), diff, zero + 3);
+        REALS inte = Class(h + Load<REALS>(ceiling + j), plan.limits[2], plan.guard[2]);
+        WHOLES codes = Whole(temp + 4 * diff + 16 * inte);
+        __builtin_memcpy(classes + j, &codes, sizeof codes);
+    }
+}
 } // namespace
 
-extern const EmLANES EM_LANES = {WIDTH, Level, Tilted, FindRows, Straight};
+extern const EmLANES EM_LANES = {WIDTH, Level, Tilted, FindRows, Straight, Judge};

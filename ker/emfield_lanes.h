@@ -38,13 +38,16 @@ struct EmLANEROWS {
     long long in[EM_TILE_ROWS]; // all bits set, or none outside the table
 };
 
-/// What the classes of a point depend on, besides its samples.
+/// What the classes of the points of one plan depend on, besides their samples.
 struct EmLANEJUDGE {
     double airHead; // C
     double airAnkle;
-    double radiantHead; // K4, fourth power of the absolute temperature
-    double radiantAnkle;
-    double limits[3][4]; // of each criterion: lower tolerance, lower, upper, upper tolerance
+    double levelHead; // K4, fourth power of the air's absolute temperature
+    double levelAnkle;
+    // Of head temperature, difference and head irradiation: the limits in rising order, from the lower
+    // tolerance to the upper one, and by how much the value may be off.
+    double limits[3][4];
+    double guard[3];
 };
 
 struct EmLANES {
@@ -57,6 +60,12 @@ struct EmLANES {
     void (*findRows)(const EmLANEJOB &job, double x, const double *y, int first, int last, EmLANEROWS &rows);
     void (*straight)(const EmLANEJOB &job, const EmLANEROWS &rows, double x, double y, int first, int last,
                      double *out);
+    /// Classes of points from their samples at head and ankle and from what the ceiling adds at the head, W/m2:
+    /// class of the head temperature, plus 4 times that of the difference, plus 16 times that of the head
+    /// irradiation. A class is 3 where a limit lies within the guard, or a sample puts the short formulas in
+    /// doubt. Takes `count` points, rounded up to the width.
+    void (*judge)(const EmLANEJUDGE &plan, const double *head, const double *ankle, const double *ceiling,
+                  int count, long long *classes);
 };
 
 extern const EmLANES EmLanesPlain;
