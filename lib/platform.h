@@ -1,6 +1,6 @@
 // The services that the core library takes from whatever it runs under: a window system, a command line, a
 // test. Each is a plain pointer with a default that needs nothing, so that the core and the kernel work and
-// test without a window. A setter returns the former value.
+// test without a window. A setter returns the former value; NULL brings the default back.
 #ifndef LIB_PLATFORM_H
 #define LIB_PLATFORM_H
 
@@ -25,7 +25,6 @@ CollateSink SetCollateSink(CollateSink sink);
 ShortDateSink SetShortDateSink(ShortDateSink sink);
 ResTextSink SetResTextSink(ResTextSink sink);
 const char *SetCurrencySymbol(const char *symbol); // weak; default the euro sign
-// NULL brings the default of the last four back.
 
 int Collate(const char *s1, const char *s2, bool ignoreCase); // -1, 0 or 1
 void ShortDate(int year, int month, int day, char *text, int max);

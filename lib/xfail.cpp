@@ -57,17 +57,17 @@ void SetPending(XCODE code, const char *file, int line)
 
 MessageSink SetMessageSink(MessageSink sink)
 {
-    return std::exchange(messageSink, sink);
+    return std::exchange(messageSink, sink != NULL ? sink : MessageToStandardError);
 }
 
 StatusSink SetStatusSink(StatusSink sink)
 {
-    return std::exchange(statusSink, sink);
+    return std::exchange(statusSink, sink != NULL ? sink : StatusToNowhere);
 }
 
 TerminateSink SetTerminateSink(TerminateSink sink)
 {
-    return std::exchange(terminateSink, sink);
+    return std::exchange(terminateSink, sink != NULL ? sink : std::abort);
 }
 
 void SetFailureHook(void (*hook)())

@@ -22,8 +22,8 @@ inline constexpr char XFWRITE[] = "XFWRITE";             // a write or close fai
 inline constexpr char XDCREATE[] = "XDCREATE";           // a directory cannot be made
 inline constexpr char XGENERAL[] = "XGENERAL";           // free text, in xGeneralText
 
-extern XCODE xCode;      // the pending failure
-extern XCODE xRepaired;  // the failure last taken off; XNULL again with the next raise
+extern XCODE xCode;       // the pending failure
+extern XCODE xRepaired;   // the failure last taken off; XNULL again with the next raise
 extern const char *xFile; // where it was raised
 extern int xLine;
 extern int xDepth; // repair sections entered and not yet left
@@ -53,7 +53,8 @@ void StatusMessage(const char *format, ...) __attribute__((format(printf, 1, 2))
 /// Ends the process abnormally at once, without saving or repairing.
 [[noreturn]] void Terminate();
 
-/// A failure where none may arise: shows it, with the failure under repair if there is one, and ends the process.
+/// A failure where none may arise: shows it, with the failure under repair if there is one, and ends the
+/// process.
 [[noreturn]] void TerminateOn(XCODE code, const char *file, int line);
 
 /// An assertion that does not hold is a fault of the program: shows the condition and ends the process.
@@ -61,7 +62,10 @@ void StatusMessage(const char *format, ...) __attribute__((format(printf, 1, 2))
 
 // What the macros are made of.
 
-inline bool XPending() noexcept { return xCode != XNULL && xDepth == 0; }
+inline bool XPending() noexcept
+{
+    return xCode != XNULL && xDepth == 0;
+}
 
 void XRaise(XCODE code, const char *file, int line) noexcept;
 void XCaught(XCODE code, const char *file, int line) noexcept;

@@ -121,6 +121,16 @@ TEST_F(Texts, AnAssertionShowsTheConditionAsWrittenAndEvaluatesItOnce)
     SetMessageSink(KeepMessage);
 }
 
+TEST_F(Texts, NoSinkBringsTheDefaultBack)
+{
+    EXPECT_EQ(SetMessageSink(NULL), KeepMessage);
+    EXPECT_EQ(SetMessageSink(KeepMessage), formerMessage);
+    EXPECT_EQ(SetStatusSink(NULL), KeepStatus);
+    EXPECT_EQ(SetStatusSink(KeepStatus), formerStatus);
+    TerminateSink former = SetTerminateSink(NULL);
+    EXPECT_EQ(SetTerminateSink(former), former);
+}
+
 TEST(Defaults, AMessageIsALineOnStandardErrorAndAStatusTextIsNone)
 {
     ChildEnd end = RunInChild([] {

@@ -1,7 +1,8 @@
-// The main of every test executable: after each test the program's global state must be as it was at the start, so
-// that tests pass in any order and a forgotten pending failure shows where it arose.
+// The main of every test executable: after each test the program's global state must be as it was at the start,
+// so that tests pass in any order and a forgotten pending failure shows where it arose.
 #include "lib/ag.h"
 #include "lib/disk.h"
+#include "lib/platform.h"
 #include "lib/xfail.h"
 
 #include <gtest/gtest.h>
@@ -22,6 +23,21 @@ class CleanStateListener : public testing::EmptyTestEventListener
         xHook = NULL;
         disk = &posixDisk;
         AgTolerance = 1e-13;
+        CheckDefault(SetMessageSink, "message sink");
+        CheckDefault(SetStatusSink, "status sink");
+        CheckDefault(SetTerminateSink, "terminate sink");
+        CheckDefault(SetCollateSink, "collate sink");
+        CheckDefault(SetShortDateSink, "short date sink");
+        CheckDefault(SetResTextSink, "resource text sink");
+        CheckDefault(SetCurrencySymbol, "currency symbol");
+    }
+
+    /// Brings the default back, and asks whether it was there.
+    template <class SERVICE>
+    static void CheckDefault(SERVICE (*set)(SERVICE), const char *name)
+    {
+        SERVICE left = set(NULL);
+        EXPECT_TRUE(left == set(NULL)) << name << " was not restored";
     }
 };
 } // namespace
