@@ -207,7 +207,7 @@ protected:
             return;
         array.Clear();
         array = copy;
-        array = array;
+        array = std::as_const(array);
     }
 
     void StepWrite()
