@@ -9,7 +9,7 @@
 
 namespace
 {
-enum { PAGE = 76, HALF = 39 }; // characters
+enum { PAGE = 76, HALF = 39, TWO_FIFTHS = 30 }; // characters
 
 enum {
     TEXT_FLOOR = 1670, // and the walls A to D and the ceiling behind it
@@ -57,10 +57,10 @@ public:
         Lines(MarkupLines(marked, PAGE));
     }
 
-    void Pair(const std::string &left, const std::string &right)
+    void Pair(const std::string &left, const std::string &right, int leftWidth = HALF)
     {
         Gap();
-        Lines(BesideLines(MarkupLines(left, 0), MarkupLines(right, 0), HALF));
+        Lines(BesideLines(MarkupLines(left, 0), MarkupLines(right, 0), leftWidth));
     }
 
     void Gap()
@@ -200,7 +200,7 @@ void AddHygiene(Report &report, const ZulcalcEvaluation &evaluation)
         report.Line("Es ist keine Arbeitsklasse gewählt.");
         return;
     }
-    report.Pair(texts[0], texts[1]);
+    report.Pair(texts[0], texts[1], TWO_FIFTHS);
     if (evaluation.room->AirHeaters()->TotalPower() != 0)
         report.Paragraph(ResText(TEXT_NO_HYGIENE));
     else
@@ -233,7 +233,7 @@ void AddPoints(Report &report, const ZulcalcEvaluation &evaluation, const std::v
                     Judged(at.headInte, 8, at.headInteClass, hasClass));
     }
     if (hasClass)
-        report.Line("  In Klammern: 0 erfüllt das Kriterium, 1 im Toleranzband, 2 nicht entsprechend.");
+        report.Line(" (0) erfüllt das Kriterium, (1) im Toleranzband, (2) nicht entsprechend");
 }
 
 void AddClosing(Report &report, const EmCONCLUSION &conclusion)
