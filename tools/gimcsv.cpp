@@ -104,7 +104,7 @@ std::string AddIntensity(std::vector<double> &list, const LINE &line, size_t fie
         return EdcFormat("Zeile %d, Feld %d: \"%s\" ist keine Strahlstärke.", line.number, column,
                          Shown(line.fields[field]).c_str());
     if (value < 0 || value > INTENSITY_MAX)
-        return EdcFormat("Zeile %d, Feld %d: Die Strahlstärke %g W/sr liegt nicht zwischen 0 und %g.",
+        return EdcFormat("Zeile %d, Feld %d: Die Strahlstärke %g W/sr liegt nicht zwischen 0 und %.0f.",
                          line.number, column, value, INTENSITY_MAX);
     list.push_back(value);
     return "";

@@ -324,12 +324,11 @@ void AddOptions(CLI::App &command, ORDER &order, int kind)
 /// The library's texts are English; what kind of mistake it was is enough to say it in German.
 std::string WrongUsage(const CLI::App &app, const CLI::ParseError &e)
 {
+    std::vector<std::string> extra = app.remaining(true);
+    if (!extra.empty())
+        return EdcFormat("\"%s\" ist hier unbekannt.", extra[0].c_str());
     if (dynamic_cast<const CLI::RequiredError *>(&e))
         return "Es fehlt, was zu tun ist: panel, tube oder table.";
-    if (dynamic_cast<const CLI::ExtrasError *>(&e)) {
-        std::vector<std::string> extra = app.remaining(true);
-        return EdcFormat("\"%s\" ist hier unbekannt.", extra.empty() ? "" : extra[0].c_str());
-    }
     std::string what = e.what();
     return EdcFormat("%s: Genau ein Wert wird gebraucht.", what.substr(0, what.find_first_of(": ")).c_str());
 }
