@@ -390,6 +390,8 @@ bool FollowLinks(std::string &path)
 bool CreateReplacement(CdeSTREAM &stream)
 {
     CdeSTREAM former;
+    if (stream.target.empty())
+        return false;
     former.path = stream.target;
     bool exists = former.Open(O_WRONLY | O_NONBLOCK | O_NOCTTY, 0);
     if (!exists && errno != ENOENT)
@@ -587,7 +589,7 @@ void CdeFILE::OpenReplacing(const char *aName)
     __enter
         char given[X_NAME];
         char path[NATIVE_MAX];
-        ASSERT(aName != NULL);
+        ASSERT_AS(aName != NULL, "name != NULL");
         bool fits = NameToNative(path, aName, sizeof path);
         StrCopy(given, aName, sizeof given);
         Close(); __test;
