@@ -52,8 +52,14 @@ FIELDHALL::FIELDHALL(double length, double width, double height) : room(length, 
 
 FIELDHALL::~FIELDHALL()
 {
+    RemoveEmitters();
+}
+
+void FIELDHALL::RemoveEmitters()
+{
     for (EmEMITTER *e = room.Emitters()->First(); e != NULL; e = EmEMITTERSET::Next(e))
-        e->model = NULL;
+        e->model = NULL; // its reference was never counted
+    room.Emitters()->Clear();
 }
 
 EmMODEL *FIELDHALL::AddModel(const FIELDTABLE &table, CHANCE &chance)

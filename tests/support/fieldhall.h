@@ -32,6 +32,7 @@ public:
     EmMODEL *AddModel(const FIELDTABLE &table, CHANCE &chance);
     EmEMITTER *AddEmitter(EmMODEL *model, const AgPOINT &pos, double rotation = 0, double tilt = 0,
                           double power = 10000);
+    void RemoveEmitters();
     EmHOLE *AddHole(EmSURFACE *surface, const AgPOINT &pos, const AgPOINT &size, double k, double rotation = 0);
 
 private:
