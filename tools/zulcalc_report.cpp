@@ -6,6 +6,7 @@
 #include "usr/zulreport.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace
 {
@@ -63,9 +64,10 @@ public:
         Lines(BesideLines(MarkupLines(left, 0), MarkupLines(right, 0), leftWidth));
     }
 
+    /// One empty line, unless there is one already.
     void Gap()
     {
-        if (!text.empty())
+        if (!text.empty() && !text.ends_with("\n\n"))
             Line();
     }
 
@@ -184,8 +186,9 @@ void AddHygieneShares(Report &report, const ZulHygieneMaps &hygiene)
         return;
     }
     report.Line(Resource(TEXT_SUMMARY));
-    report.Lines(MarkupLines(" ~" + EdcResFormat(TEXT_ALL_MET, hygiene.PassedShare()), PAGE));
-    report.Lines(MarkupLines(std::string(" ~") + ResText(TEXT_NOT_ALL_MET), PAGE));
+    report.Lines(MarkupLines("~" + EdcResFormat(TEXT_ALL_MET, hygiene.PassedShare()), PAGE));
+    std::string rest = EdcFormat(" - %.0lf%%", 100 - std::nearbyint(hygiene.PassedShare()));
+    report.Lines(MarkupLines(std::string("~") + ResText(TEXT_NOT_ALL_MET) + rest, PAGE));
     AddCriterion(report, TEXT_HEAD_TEMP, hygiene.headTemp);
     AddCriterion(report, TEXT_DIFF_TEMP, hygiene.diffTemp);
     AddCriterion(report, TEXT_HEAD_INTE, hygiene.headInte);
@@ -242,8 +245,7 @@ void AddClosing(Report &report, const EmCONCLUSION &conclusion)
     report.Gap();
     for (const std::string &piece : ZulClosingPieces(conclusion.text))
         report.Lines(MarkupLines(piece, PAGE));
-    if (conclusion.text[0] != '\0')
-        report.Gap();
+    report.Gap();
     report.Lines(MarkupLines(ZulClosingLine(conclusion), PAGE));
 }
 

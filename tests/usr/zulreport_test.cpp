@@ -74,6 +74,26 @@ std::string WithBlanks(std::string text)
     return text;
 }
 
+/// Runs of hard blanks as one: what stands in a text, whatever holds its columns.
+std::string Squeezed(const std::string &text)
+{
+    std::string squeezed;
+    for (char c : text)
+        if (c != '~' || squeezed.empty() || squeezed.back() != '~')
+            squeezed += c;
+    return squeezed;
+}
+
+TEXTS LinesOf(const std::string &text)
+{
+    TEXTS lines;
+    for (size_t begin = 0, end = 0; end != std::string::npos; begin = end + 1) {
+        end = text.find('\n', begin);
+        lines.push_back(text.substr(begin, end == std::string::npos ? end : end - begin));
+    }
+    return lines;
+}
+
 /// Whether each word of the head covers the column of the row below it, or begins where that begins.
 testing::AssertionResult StandsOverItsColumns(const std::string &head,
                                               const std::vector<std::pair<int, int>> &columns)
@@ -265,31 +285,31 @@ TEST_F(ReportTexts, InputTextsCarryTheDesignDataInTheirOrder)
     data.techGain = 1500;
     TEXTS texts = ZulInputTexts(room);
     ASSERT_EQ(texts.size(), 6u);
-    EXPECT_EQ(texts[0], "Fu\xDF"
-                        "boden\n~Durchgangsquotient:~~~~~0.3~W/m^2^K\n~Bodentemperatur:~~~~~~~~8~^o^C");
-    EXPECT_EQ(texts[1], "Decke\n~Durchgangsquotient:~~~~~0.4~W/m^2^K\n~Externe~Temp.:~~~~~~~~~~-12~^o^C");
-    EXPECT_EQ(texts[2], "W\xE4nde\n~Durchgangsquotient:~~~~~1.5~W/m^2^K\n~Externe~Temp.:~~~~~~~~~~-11.5~^o^C");
-    EXPECT_EQ(texts[3], "Luftaustausch\n~Hallenvol.vielfaches:~~~0.5/h\n~Lufttemperatur:~~~~~~~~~-10~^o^C");
-    EXPECT_EQ(texts[4], "Klima und Betriebsmodus\n"
-                        "~Heizperiode:~~~~~~~~~~~~220~Tage\n"
-                        "~Mittl.~Au\xDF"
-                        "entemperatur:~3.5~^o^C\n"
-                        "~Berechn.~Au\xDF"
-                        "entemp.:~~~~-13~^o^C\n"
-                        "~Betriebstage/Woche:~~~~~5\n"
-                        "~Betriebsstunden/Tag:~~~~7.5\n"
-                        "~Betriebslufttemperatur:~16~^o^C\n"
-                        "~Soll-Ergebnistemp.:~~~~~18~^o^C\n"
-                        "~Reduzierte~Lufttemp.:~~~9~^o^C");
-    EXPECT_EQ(texts[5], "W\xE4rmequellen und Hallenma\xDF"
-                        "e\n"
-                        "~Brennstoff:~~~~~~~~~~~~~Propan\n"
-                        "~Wirkung~der~Regul.:~~~~~0.9\n"
-                        "~Preis:~~~~~~~~~~~~~~~~~~1.25~\x80/kg\n"
-                        "~Technologische~W\xE4rme:~~~1.5~kW\n"
-                        "~L\xE4nge:~~~~~~~~~~~~~~~~~~20~m\n"
-                        "~Breite:~~~~~~~~~~~~~~~~~12~m\n"
-                        "~H\xF6he:~~~~~~~~~~~~~~~~~~~6~m");
+    EXPECT_EQ(Squeezed(texts[0]), "Fu\xDF"
+                                  "boden\n~Durchgangsquotient:~0.3~W/m^2^K\n~Bodentemperatur:~8~^o^C");
+    EXPECT_EQ(Squeezed(texts[1]), "Decke\n~Durchgangsquotient:~0.4~W/m^2^K\n~Externe~Temp.:~-12~^o^C");
+    EXPECT_EQ(Squeezed(texts[2]), "W\xE4nde\n~Durchgangsquotient:~1.5~W/m^2^K\n~Externe~Temp.:~-11.5~^o^C");
+    EXPECT_EQ(Squeezed(texts[3]), "Luftaustausch\n~Hallenvol.vielfaches:~0.5/h\n~Lufttemperatur:~-10~^o^C");
+    EXPECT_EQ(Squeezed(texts[4]), "Klima und Betriebsmodus\n"
+                                  "~Heizperiode:~220~Tage\n"
+                                  "~Mittl.~Au\xDF"
+                                  "entemperatur:~3.5~^o^C\n"
+                                  "~Berechn.~Au\xDF"
+                                  "entemp.:~-13~^o^C\n"
+                                  "~Betriebstage/Woche:~5\n"
+                                  "~Betriebsstunden/Tag:~7.5\n"
+                                  "~Betriebslufttemperatur:~16~^o^C\n"
+                                  "~Soll-Ergebnistemp.:~18~^o^C\n"
+                                  "~Reduzierte~Lufttemp.:~9~^o^C");
+    EXPECT_EQ(Squeezed(texts[5]), "W\xE4rmequellen und Hallenma\xDF"
+                                  "e\n"
+                                  "~Brennstoff:~Propan\n"
+                                  "~Wirkung~der~Regul.:~0.9\n"
+                                  "~Preis:~1.25~\x80/kg\n"
+                                  "~Technologische~W\xE4rme:~1.5~kW\n"
+                                  "~L\xE4nge:~20~m\n"
+                                  "~Breite:~12~m\n"
+                                  "~H\xF6he:~6~m");
 }
 
 TEST_F(ReportTexts, EvaluationTextsCarryTheRunsFigures)
@@ -311,22 +331,22 @@ TEST_F(ReportTexts, EvaluationTextsCarryTheRunsFigures)
     info.maxAirTemp = info.airTemp = 15.25;
     TEXTS texts = ZulEvaluationTexts(info);
     ASSERT_EQ(texts.size(), 4u);
-    EXPECT_EQ(texts[0], "Halle\n~W\xE4rmeverlust:~~~~~~41235~W\n~Grundfl\xE4"
-                        "che:~~~~~~~240~m^2^\n"
-                        "~Rauminhalt:~~~~~~~~1440.3~m^3^");
-    EXPECT_EQ(texts[1], "Installierte Leistung\n~Infrarotstrahler:~~1234567.5~W\n~Warmluftaggregate:~0~W\n"
-                        "~Insgesamt:~~~~~~~~~1234567.5~W");
-    EXPECT_EQ(texts[2],
-              "Brennstoffverbrauch\n~Maximal:~~~~~~~~~~~4.79~m^3^/h\n~J\xE4hrlich:~~~~~~~~~~5124~m^3^/Jahr\n"
-              "~Jahreskosten:~~~~~~3~Tsd.~\x80\n"
-              "Lufttemperatur\n~Max.~erreichbar:~~~15.3~^o^C\n~Entworfen:~~~~~~~~~15.3~^o^C\n"
-              "~Bem.:~Temp.~in~H\xF6he~1.5~m");
-    EXPECT_EQ(texts[3], "Bestrahlungskarte\n~H\xF6he~\xFC"
-                        "ber~Fu\xDF"
-                        "boden:~0.15~m\n~Mindestintensit\xE4t:~~12.3~W/m^2^\n"
-                        "~H\xF6"
-                        "chstintensit\xE4t:~~~210.1~W/m^2^\n~Mittl.~Intensit\xE4t:~~0.0~W/m^2^\n"
-                        "~Intensit\xE4tsstreuung:~41~%");
+    EXPECT_EQ(Squeezed(texts[0]), "Halle\n~W\xE4rmeverlust:~41235~W\n~Grundfl\xE4"
+                                  "che:~240~m^2^\n"
+                                  "~Rauminhalt:~1440.3~m^3^");
+    EXPECT_EQ(Squeezed(texts[1]),
+              "Installierte Leistung\n~Infrarotstrahler:~1234567.5~W\n~Warmluftaggregate:~0~W\n"
+              "~Insgesamt:~1234567.5~W");
+    EXPECT_EQ(Squeezed(texts[2]), "Brennstoffverbrauch\n~Maximal:~4.79~m^3^/h\n~J\xE4hrlich:~5124~m^3^/Jahr\n"
+                                  "~Jahreskosten:~3~Tsd.~\x80\n"
+                                  "Lufttemperatur\n~Max.~erreichbar:~15.3~^o^C\n~Entworfen:~15.3~^o^C\n"
+                                  "~Bem.:~Temp.~in~H\xF6he~1.5~m");
+    EXPECT_EQ(Squeezed(texts[3]), "Bestrahlungskarte\n~H\xF6he~\xFC"
+                                  "ber~Fu\xDF"
+                                  "boden:~0.15~m\n~Mindestintensit\xE4t:~12.3~W/m^2^\n"
+                                  "~H\xF6"
+                                  "chstintensit\xE4t:~210.1~W/m^2^\n~Mittl.~Intensit\xE4t:~0.0~W/m^2^\n"
+                                  "~Intensit\xE4tsstreuung:~41~%");
 }
 
 TEST_F(ReportTexts, AnAirTemperatureOutOfReachIsWarnedOf)
@@ -375,9 +395,22 @@ TEST_F(ReportTexts, InputAndEvaluationTextsFitHalfAPage)
     for (const std::string &text : ZulEvaluationTexts(info))
         texts.push_back(text);
     for (const std::string &text : texts)
-        for (size_t begin = 0, end = 0; end != std::string::npos; begin = end + 1) {
-            end = text.find('\n', begin);
-            std::string line = text.substr(begin, end == std::string::npos ? end : end - begin);
+        for (const std::string &line : LinesOf(text))
             EXPECT_LE(line.size() - std::count(line.begin(), line.end(), '^'), 37u) << line;
-        }
+}
+
+TEST_F(ReportTexts, ValuesStandBelowEachOther)
+{
+    std::vector<TEXTS> groups = {ZulInputTexts(room), ZulEvaluationTexts(TZulMapInfo())};
+    for (const TEXTS &texts : groups) {
+        size_t column = 0;
+        for (const std::string &text : texts)
+            for (const std::string &line : LinesOf(text)) {
+                size_t value = line.find_first_not_of('~', line.find(':') + 1);
+                if (line[0] != '~' || line.find("Bem.") != std::string::npos)
+                    continue; // a heading, the note
+                column = column == 0 ? value : column;
+                EXPECT_EQ(value, column) << line;
+            }
+    }
 }
