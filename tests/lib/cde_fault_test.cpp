@@ -122,3 +122,22 @@ TEST(FaultsInAFile, OnTheRealDiskLeaveNoDescriptor)
     written = "text";
     SweepFaults(UseTemporary, [&](const FaultRun &) { EXPECT_EQ(OpenDescriptors(), before); });
 }
+
+TEST(FaultsInAFile, APeekThatTheDiskDoesNotAnswerIsNoEndOfTheFile)
+{
+    MemDisk mem;
+    MemPut("/m/f", "\xA3");
+    CdeFILE file;
+    file.Open("\\m\\f", "o");
+    bool over = false;
+    XCODE code = XNULL;
+    {
+        FaultArm arm(FAULT::READ, 1, false);
+        over = file.GetOver();
+        code = xCode;
+        xCode = XNULL;
+    }
+    EXPECT_STREQ(code, XFREAD);
+    EXPECT_TRUE(over) << "a loop over members ends";
+    EXPECT_FALSE(file.GetOver()) << "the disk answers again";
+}

@@ -254,6 +254,58 @@ TEST(Replacing, AfterALostWriteFailsEvenIfThereIsRoomAgain)
 
 namespace
 {
+/// The steps that end a replacement, in the order in which they reach the disk.
+namespace recorded
+{
+const CdeDISK *inner;
+string steps;
+
+ssize_t Write(int fd, const void *blk, size_t size)
+{
+    steps += "write ";
+    return inner->write(fd, blk, size);
+}
+
+int Sync(int fd)
+{
+    steps += "sync ";
+    return inner->sync(fd);
+}
+
+int Close(int fd)
+{
+    steps += "close ";
+    return inner->close(fd);
+}
+
+int Rename(const char *from, const char *to)
+{
+    steps += "rename ";
+    return inner->rename(from, to);
+}
+} // namespace recorded
+} // namespace
+
+TEST(Replacing, HasTheBytesOnTheDiskBeforeTheyTakeTheTargetsPlace)
+{
+    MemDisk mem;
+    CdeFILE file;
+    file.OpenReplacing("\\m\\halle.sc1");
+    file.Write("neu", 3);
+    recorded::inner = disk;
+    CdeDISK table = *disk;
+    table.write = recorded::Write;
+    table.sync = recorded::Sync;
+    table.close = recorded::Close;
+    table.rename = recorded::Rename;
+    disk = &table;
+    file.Close();
+    disk = recorded::inner;
+    EXPECT_EQ(recorded::steps, "write sync close rename ");
+}
+
+namespace
+{
 /// What a fault of each kind may end in while a file is replaced.
 bool IsCodeOf(const FaultRun &run)
 {
