@@ -71,7 +71,7 @@ ZulcalcFolder::ZulcalcFolder()
     char pattern[] = "/tmp/zulcalc-XXXXXX";
     folder = mkdtemp(pattern);
     std::filesystem::create_directory(Path("Modely"));
-    SetModelFolder(NameOf(Path("Modely")));
+    UseModelFolder();
     MakeModel("Ebene", 10);
     Hang("Ebene", {3, 2, 4}, 2000);
 }
@@ -81,6 +81,11 @@ ZulcalcFolder::~ZulcalcFolder()
     room.reset();
     SetModelFolder("");
     std::filesystem::remove_all(folder);
+}
+
+void ZulcalcFolder::UseModelFolder()
+{
+    SetModelFolder(NameOf(Path("Modely")));
 }
 
 void ZulcalcFolder::MakeModel(const char *name, double slope)

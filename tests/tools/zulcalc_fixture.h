@@ -38,6 +38,8 @@ protected:
     ZulcalcFolder();
     ~ZulcalcFolder() override;
 
+    /// Makes the folder Modely the one of this process too.
+    void UseModelFolder();
     /// Saves a model of 1 kW with 100 + slope * x W/m2, x in the emitter's coordinates.
     void MakeModel(const char *name, double slope);
     /// The hall's file, from `room`.

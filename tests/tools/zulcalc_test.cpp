@@ -3,6 +3,7 @@
 #include "tools/zulcalc_fixture.h"
 
 #include "lib/charstr.h"
+#include "support/sampleroom.h"
 #include "usr/zulcolors.h"
 
 #include <algorithm>
@@ -464,4 +465,26 @@ TEST_F(Zulcalc, TimingIsToldOnlyWhenAsked)
     EXPECT_EQ(timing.size(), 4u);
     for (const char *step : {"load", "pass", "hygiene", "save"})
         EXPECT_GT(timing[step].get<double>(), 0) << step;
+}
+
+TEST_F(Zulcalc, AnyHallGivesAReportAndSoundJson)
+{
+    SAMPLEMODELS models; // through a folder of its own
+    UseModelFolder();
+    for (int i = 0; i < SAMPLEMODELS::COUNT; ++i) {
+        std::unique_ptr<EmMODEL> model(SAMPLEMODELS::Make(i));
+        ModelSave(model.get());
+    }
+    for (unsigned start = 0; start < 12; ++start) {
+        room = start == 0 ? MakeFullRoom(models) : MakeSampleRoom(start, models);
+        SaveHall();
+        ProgramEnd end = RunHall({"--hygiene", "hyg", "--map", "karte.png"});
+        EXPECT_EQ(end.exitCode, 0) << start << end.err;
+        EXPECT_NE(end.out.find("Ersteller: "), std::string::npos) << start;
+        EXPECT_EQ(end.out.find('\x1B'), std::string::npos) << start;
+        JSON figures = Figures({"--point", "1,1,1"});
+        EXPECT_FALSE(figures.is_discarded()) << start;
+        EXPECT_EQ(figures["surfaces"].size(), 6u) << start;
+    }
+    room.reset(); // before the models that it counts on
 }
