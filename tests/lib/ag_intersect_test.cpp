@@ -128,12 +128,12 @@ TEST(Intersect, PlanesTable)
     const struct {
         AgPLANE b;
         int result;
-        AgPOINT onLine, dir;
+        AgPOINT point, dir;
     } rows[] = {
         {{{4, 0, 7}, {0, 0, 1}, {0, 1, 0}}, 1, {4, 0, 0}, {0, -1, 0}},
         {{{4, 0, 7}, {0, 1, 0}, {0, 0, 1}},
          1,
-         {4, 7, 0},
+         {4, -7, 0},
          {0, 1, 0}}, // s1 lies along the floor: s1 + s2 leads there
         {{{0, 0, 3}, {1, 0, 0}, {0, 1, 0}}, 0, {}, {}},
         {{{0, 0, 3}, {1, 1, 0}, {0, -2, 0}}, 0, {}, {}},
@@ -144,7 +144,7 @@ TEST(Intersect, PlanesTable)
         AgLINE line({9, 9, 9}, {0, 0, 1});
         EXPECT_EQ(Intersect(floor, row.b, line), row.result);
         if (row.result == 1) {
-            EXPECT_NEAR(((line.point - row.onLine) % row.dir).Length(), 0, ROUNDING);
+            EXPECT_TRUE(Close(line.point, row.point));
             EXPECT_TRUE(Close(line.dir, row.dir));
         } else {
             EXPECT_TRUE(Close(line.point, {9, 9, 9}, 0)) << "no result, no change";
