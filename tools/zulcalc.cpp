@@ -1,6 +1,7 @@
 // Reads a hall, evaluates it and tells the figures: as a report, as JSON, as pictures. The same evaluation as
 // that of the program, without a window.
 #include "lib/platform.h"
+#include "lib/xassert.h"
 #include "tools/console.h"
 #include "tools/zulcalc_evaluation.h"
 #include "tools/zulcalc_json.h"
@@ -170,6 +171,7 @@ void WritePictures(const ZulcalcOptions &options, const ZulcalcEvaluation &evalu
                          "dem oberen. Es wird kein Bild geschrieben.\n");
         } else {
             if (!options.map.empty()) {
+                ASSERT(evaluation.map.colors != NULL);
                 WritePicture(options.map, evaluation.map.pixels, *evaluation.map.colors); __test;
             }
             if (!options.hygiene.empty()) {
