@@ -518,6 +518,8 @@ TEST(AgPLANE, TheHelpVectorTurnsAwayFromANormalCloseToIt)
     AgPLANE upright(AgE0, AgPOINT(0, 0, 1)); // at 54.7 degrees from (1, 1, 1): the help vector stays
     EXPECT_TRUE(Close(upright.s2, AgPOINT(-1, 1, 0) / std::sqrt(2)));
     EXPECT_TRUE(Close(upright.s1, AgPOINT(1, 1, 0) / std::sqrt(2)));
+    AgPLANE slanted(AgE0, AgPOINT(1, 1, 0)); // at 35.3 degrees: (-1, 1, 1)
+    EXPECT_TRUE(Close(slanted.s2, AgPOINT(1, -1, 2) / std::sqrt(6)));
     AgPLANE diagonal(AgE0, AgPOINT(1, 1, 1)); // (1, 1, 1) would give nothing: (-1, 1, 1)
     EXPECT_TRUE(Close(diagonal.s2, AgPOINT(0, -1, 1) / std::sqrt(2)));
     AgPLANE opposite(AgE0, AgPOINT(-2, -2, -2));
