@@ -1,6 +1,6 @@
 #include "ker/emfield_lanes.h"
 
-#ifdef __AVX2__
+#ifdef __SSE2__
 #include <immintrin.h>
 #endif
 
@@ -29,9 +29,19 @@ inline void Store(double *p, REALS v)
     __builtin_memcpy(p, &v, sizeof v);
 }
 
+// Without the intrinsic the compiler turns the mask of a comparison back into a choice value by value.
 inline REALS Keep(REALS v, WHOLES where)
 {
+#if defined(__SSE2__) && !defined(__AVX2__)
+    return _mm_and_pd(v, (REALS)where);
+#else
     return (REALS)((WHOLES)v & where);
+#endif
+}
+
+inline REALS Choose(WHOLES where, REALS yes, REALS no)
+{
+    return Keep(yes, where) + Keep(no, ~where);
 }
 
 inline REALS Abs(REALS v)
@@ -220,9 +230,60 @@ inline REALS Root(REALS v)
 #endif
 }
 
-inline REALS Choose(WHOLES where, REALS yes, REALS no)
+/// The lesser of each pair; the second where one of them is no number.
+inline REALS Least(REALS a, REALS b)
 {
-    return Keep(yes, where) + Keep(no, ~where);
+#if defined(__AVX2__)
+    return _mm256_min_pd(a, b);
+#elif defined(__SSE2__)
+    return _mm_min_pd(a, b);
+#else
+    return Choose(a < b, a, b);
+#endif
+}
+
+// A sum has one order, so this is as fast as additions can follow each other. The extremes have none: a first
+// sample that is no number stays, later ones count for nothing, and there is no zero but +0.
+void AddSamples(const double *samples, long long count, EmLANESUMS &sums)
+{
+    const REALS zero = {};
+    REALS least = zero + sums.least;
+    REALS most = -(zero + sums.most);
+    double sum = sums.sum;
+    double squares = sums.squares;
+    for (long long i = 0; i < count / WIDTH * WIDTH; i += WIDTH) {
+        REALS v = Load<REALS>(samples + i);
+        least = Least(v, least);
+        most = Least(-v, most);
+        for (int k = 0; k < WIDTH; ++k) {
+            sum += samples[i + k];
+            squares += samples[i + k] * samples[i + k];
+        }
+    }
+    for (long long i = count / WIDTH * WIDTH; i < count; ++i) {
+        least = Least(zero + samples[i], least);
+        most = Least(-(zero + samples[i]), most);
+        sum += samples[i];
+        squares += samples[i] * samples[i];
+    }
+    sums = {least[0], -most[0], sum, squares};
+    for (int k = 1; k < WIDTH; ++k) {
+        sums.least = least[k] < sums.least ? least[k] : sums.least;
+        sums.most = -most[k] > sums.most ? -most[k] : sums.most;
+    }
+}
+
+// Limited before it is rounded, so that every number fits; the limits are whole, so the order does not matter.
+void FindIndexes(const double *samples, int count, double lo, double kScale, int last, unsigned char *indexes)
+{
+    const double most = last;
+    for (int i = 0; i < count; ++i) {
+        double v = (samples[i] - lo) * kScale;
+        v = v > 0 ? v : 0;
+        v = v < most ? v : most;
+        int whole = static_cast<int>(v);
+        indexes[i] = static_cast<unsigned char>(whole + (v > whole));
+    }
 }
 
 /// The operative temperature by square roots, C: right to some parts in 10^15 where the intensity is not
@@ -267,4 +328,4 @@ void Judge(const EmLANEJUDGE &plan, const double *head, const double *ankle, con
 }
 } // namespace
 
-extern const EmLANES EM_LANES = {WIDTH, Level, Tilted, FindRows, Straight, Judge};
+extern const EmLANES EM_LANES = {WIDTH, Level, Tilted, FindRows, Straight, AddSamples, FindIndexes, Judge};

@@ -38,6 +38,14 @@ struct EmLANEROWS {
     long long in[EM_TILE_ROWS]; // all bits set, or none outside the table
 };
 
+/// What is kept of a raster's samples: the sums run in the order of the samples.
+struct EmLANESUMS {
+    double least;   // W/m2
+    double most;    // W/m2
+    double sum;     // W/m2
+    double squares; // W2/m4
+};
+
 /// What the classes of the points of one plan depend on, besides their samples.
 struct EmLANEJUDGE {
     double airHead; // C
@@ -60,6 +68,11 @@ struct EmLANES {
     void (*findRows)(const EmLANEJOB &job, double x, const double *y, int first, int last, EmLANEROWS &rows);
     void (*straight)(const EmLANEJOB &job, const EmLANEROWS &rows, double x, double y, int first, int last,
                      double *out);
+    void (*addSamples)(const double *samples, long long count, EmLANESUMS &sums);
+    /// Places of samples in a scale: the next whole number from (sample - lo) * kScale upwards, within 0 and
+    /// `last`; 0 for what is no number.
+    void (*findIndexes)(const double *samples, int count, double lo, double kScale, int last,
+                        unsigned char *indexes);
     /// Classes of points from their samples at head and ankle and from what the ceiling adds at the head, W/m2:
     /// class of the head temperature, plus 4 times that of the difference, plus 16 times that of the head
     /// irradiation. A class is 3 where a limit lies within the guard, or a sample puts the short formulas in

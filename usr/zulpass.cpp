@@ -1,5 +1,6 @@
 #include "usr/zulpass.h"
 
+#include "ker/emfield_lanes.h"
 #include "lib/charstr.h"
 #include "lib/platform.h"
 
@@ -13,32 +14,6 @@
 namespace
 {
 long long bandMax = 1 << 24; // samples
-
-/// What the first scan keeps of the samples; the sums run column by column, each from its far end.
-struct STATISTICS {
-    bool any = false;
-    double least = 0;   // W/m2
-    double most = 0;    // W/m2
-    double sum = 0;     // W/m2
-    double squares = 0; // W2/m4
-
-    void Add(const double *v, size_t count);
-};
-
-void STATISTICS::Add(const double *v, size_t count)
-{
-    if (!any)
-        least = most = v[0];
-    any = true;
-    for (size_t i = 0; i < count; ++i) {
-        if (v[i] < least)
-            least = v[i];
-        if (v[i] > most)
-            most = v[i];
-        sum += v[i];
-        squares += v[i] * v[i];
-    }
-}
 
 /// A raster's samples by bands of columns. A raster of one band keeps it for the second scan.
 class BANDS
@@ -73,9 +48,10 @@ private:
 
 void FillStatistics(BANDS &bands, const EmRASTER &raster, TZulMapInfo &info)
 {
-    STATISTICS s;
+    double first = bands.At(0)[0];
+    EmLANESUMS s = {first, first, 0, 0};
     for (int i = 0; i < raster.columns; i += bands.Width())
-        s.Add(bands.At(i), static_cast<size_t>(bands.Columns(i)) * raster.rows);
+        EmGetLanes().addSamples(bands.At(i), static_cast<long long>(bands.Columns(i)) * raster.rows, s);
     double count = static_cast<double>(raster.rows) * raster.columns;
     info.minInte = s.least;
     info.maxInte = s.most;
@@ -85,40 +61,27 @@ void FillStatistics(BANDS &bands, const EmRASTER &raster, TZulMapInfo &info)
         info.meanInte == 0 ? 0 : std::sqrt((s.squares - info.meanInte * s.sum) / (count - 1)) / info.meanInte;
 }
 
-/// A sample's place in a scale, limited before it becomes a whole number; what is no number goes to the lower
-/// end.
-inline uint8_t Index(double sample, double lo, double kScale, double last)
-{
-    double v = (sample - lo) * kScale;
-    v = v > 0 ? v : 0;
-    v = v < last ? v : last;
-    int whole = static_cast<int>(v);
-    return static_cast<uint8_t>(whole + (v > whole));
-}
-
 double Scale(double lo, double hi, int colors)
 {
     return (colors - 2) / (hi - lo);
 }
 
+// Samples run down the columns and pixels along the rows: a tile keeps both in the cache.
 void PaintBand(const double *samples, int first, int columns, ZulPassMap &map)
 {
+    enum { TILE = 64 };
+    uint8_t indexes[TILE];
     double kScale = Scale(map.lo, map.hi, map.colors->count);
-    double last = map.colors->count - 1;
-    enum {
-        TILE = 64
-    }; // samples run down the columns and pixels along the rows: a tile keeps both in the cache
+    int rows = map.raster.rows;
     for (int left = 0; left < columns; left += TILE)
-        for (int top = 0; top < map.raster.rows; top += TILE) {
-            int right = std::min<int>(left + TILE, columns);
-            int bottom = std::min<int>(top + TILE, map.raster.rows);
-            for (int i = left; i < right; ++i) {
-                const double *column = samples + static_cast<size_t>(i) * map.raster.rows;
-                uint8_t *pixel = map.pixels.Row(top) + first + i;
-                for (int j = top; j < bottom; ++j, pixel += map.raster.columns)
-                    *pixel = Index(column[j], map.lo, kScale, last);
+        for (int top = 0; top < rows; top += TILE)
+            for (int i = left; i < std::min<int>(left + TILE, columns); ++i) {
+                int count = std::min<int>(TILE, rows - top);
+                EmGetLanes().findIndexes(samples + static_cast<size_t>(i) * rows + top, count, map.lo, kScale,
+                                         map.colors->count - 1, indexes);
+                for (int j = 0; j < count; ++j)
+                    map.pixels.Row(top + j)[first + i] = indexes[j];
             }
-        }
 }
 
 /// Balance and fuel, at the air temperature for which the run holds.
@@ -196,7 +159,9 @@ long long ZulSetPassBand(long long samples)
 
 int ZulColorIndex(double sample, double lo, double hi, int colors)
 {
-    return Index(sample, lo, Scale(lo, hi, colors), colors - 1);
+    uint8_t index = 0;
+    EmGetLanes().findIndexes(&sample, 1, lo, Scale(lo, hi, colors), colors - 1, &index);
+    return index;
 }
 
 void ZulRunPass(EmROOM &room, const ZulPassParams &params, TZulMapInfo &info, ZulPassMap &map)
