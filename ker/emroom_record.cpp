@@ -185,8 +185,6 @@ void EmSURFACESET::Read(CdeFILE &file, EmCONSTRUCTION *constr)
             bool over = file.GetOver(); __test;
             if (over)
                 break;
-            if (Count() == COUNT)
-                __raise(XCDE_INVOLVED);
             fresh = new EmSURFACE(&constr[Count() < EM_WALLS ? Count() : EM_WALLS]);
             fresh->Read(file); __test;
             fresh->Insert(this);

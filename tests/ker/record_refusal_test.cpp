@@ -212,6 +212,26 @@ TEST(Refused, IsAFileThatIsNoHall)
     }
 }
 
+// The walk comes first: a byte at the very end that is no item costs the room nothing of what it held.
+TEST(Refused, AreUnsoundBytesBeforeTheRoomIsTouched)
+{
+    SAMPLEMODELS models;
+    auto room = MakeFullRoom(models);
+    std::string before = RoomBytes(*room);
+    for (const char *unsound : {"\x01", "\xA8", "\xA7\xFF\xFF\xFF\xFF"}) {
+        CdeITEMS items = WholeHall();
+        items.insert(items.end() - 1, ItRaw(unsound));
+        std::string bytes = EncodeItems(items);
+        CdeFILE file;
+        file.Open(NULL, "c");
+        file.Write(bytes.data(), static_cast<int>(bytes.size()));
+        file.Seek(0);
+        room->Read(file);
+        EXPECT_STREQ(TakeFailure(), XCDE_INVOLVED);
+        EXPECT_EQ(RoomBytes(*room), before);
+    }
+}
+
 TEST(Reading, PassesOverSectionsNestedAsDeepAsTheFileIsLong)
 {
     enum { DEPTH = 100000 };
