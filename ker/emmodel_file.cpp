@@ -3,7 +3,7 @@
 // holds before memory is taken for them, and a number that is not finite is refused.
 #include "ker/emmodel.h"
 
-#include <cmath>
+#include "ker/emrecord.h"
 
 #include "lib/xon.h"
 
@@ -15,19 +15,6 @@ enum { EXTENT_MAX = 1000000 }; // far above any model; keeps products of three e
 
 // Bytes in the file: an integer, a real, and the least that a layer takes.
 enum { INT_BYTES = 5, REAL_BYTES = 9, LAYER_BYTES = INT_BYTES + 2 * INT_BYTES };
-
-double GetFinite(CdeFILE &file)
-{
-    double value = 0;
-    __enter
-        value = file.GetReal(); __test;
-        if (!std::isfinite(value))
-            __raise(XCDE_INVOLVED);
-    __point
-        value = 0;
-    __treat
-    return value;
-}
 
 int GetExtent(CdeFILE &file)
 {
@@ -82,9 +69,7 @@ void WriteInfo(CdeFILE &file, const EmMODELINFO &info)
     __enter
         file.PutSection(0); __test;
         file.PutStr(info.description); __test;
-        file.PutReal(info.size.x); __test;
-        file.PutReal(info.size.y); __test;
-        file.PutReal(info.size.z); __test;
+        PutPoint(file, info.size); __test;
         file.PutReal(info.radiantPart); __test;
         file.PutReal(info.power); __test;
         file.PutReal(info.reducedPower); __test;
@@ -142,9 +127,7 @@ void EmMODEL::ReadInfo(CdeFILE &file, EmMODELINFO &info)
         file.GetSection(); __test;
         info.name[0] = '\0';
         file.GetStr(info.description, sizeof info.description); __test;
-        info.size.x = GetFinite(file); __test;
-        info.size.y = GetFinite(file); __test;
-        info.size.z = GetFinite(file); __test;
+        info.size = GetPoint(file); __test;
         info.radiantPart = GetFinite(file); __test;
         info.power = GetFinite(file); __test;
         info.reducedPower = GetFinite(file); __test;

@@ -1,5 +1,5 @@
-// The steps that all records of the hall file share: a number that may be any but no NaN and no infinity, the
-// coordinates of a point, a group of members. Private to the kernel. A hall file is untrusted: what is checked
+// The steps that the records of halls and models share: a number that may be any but no NaN and no infinity,
+// the coordinates of a point, a group of members. Private to the kernel. Files are untrusted: what is checked
 // here reaches no computation and no assertion.
 #ifndef KER_EMRECORD_H
 #define KER_EMRECORD_H
