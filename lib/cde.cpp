@@ -138,16 +138,13 @@ inline void CdeMEDIUM::GetTag(unsigned char tag)
         RaiseInvolved();
 }
 
-/// Reads length byte and bytes of a short string.
-static void GetShort(CdeMEDIUM &medium, char (&s)[CdeMAXSTR])
+/// Length byte and bytes of a short string; of no use after a failure. No frame, as above.
+static inline void GetShort(CdeMEDIUM &medium, char (&s)[CdeMAXSTR])
 {
-    __enter
-        unsigned char len;
-        medium.Read(&len, 1); __test;
-        medium.Read(s, len); __test;
-        s[len] = EOS;
-    __point
-    __treat
+    unsigned char len = 0;
+    medium.Read(&len, 1);
+    medium.Read(s, len);
+    s[len] = EOS;
 }
 
 /// An integer without a tag; 0 after a failure. No frame, as above.
