@@ -4,8 +4,8 @@
 // fitter's place.
 
 static const EMITTERROW workshopEmitters[] = {
-    {"Dunkelstrahler 15", false, {5, 6, 4.8}, {9.5, 0, 0}, 2, 90, 0},
-    {"Hellstrahler 10", false, {10, 11.4, 5.2}, {0, 0, 0}, 1, 0, -30},
+    {"Dunkel 15", false, {5, 6, 4.8}, {9.5, 0, 0}, 2, 90, 0},
+    {"Hell 10", false, {10, 11.4, 5.2}, {0, 0, 0}, 1, 0, -30},
 };
 
 static const OPENINGROW workshopOpenings[] = {
@@ -71,10 +71,10 @@ static EmROOMDATA WorkshopData()
 // sides.
 
 static const EMITTERROW productionEmitters[] = {
-    {"Dunkelstrahler 30 zweistufig", false, {9, 6, 6.5}, {14, 0, 0}, 4, 0, 0},
-    {"Dunkelstrahler 30 zweistufig", false, {9, 24, 6.5}, {14, 0, 0}, 4, 0, 0},
-    {"Deckenstrahlplatte 6", false, {10, 15, 6.8}, {10, 0, 0}, 5, 90, 0},
-    {"Hellstrahler 20 zweistufig", true, {58.8, 15, 5.5}, {0, 0, 0}, 1, 90, 40},
+    {"Dunkel 30-2", false, {9, 6, 6.5}, {14, 0, 0}, 4, 0, 0},
+    {"Dunkel 30-2", false, {9, 24, 6.5}, {14, 0, 0}, 4, 0, 0},
+    {"Platte 6", false, {10, 15, 6.8}, {10, 0, 0}, 5, 90, 0},
+    {"Hell 20-2", true, {58.8, 15, 5.5}, {0, 0, 0}, 1, 90, 40},
 };
 
 static const UNITROW productionUnits[] = {
@@ -154,14 +154,14 @@ static EmROOMDATA ProductionData()
 // behind the gates of wall A.
 
 static const EMITTERROW logisticsEmitters[] = {
-    {"Dunkelstrahler 50", false, {58, 20, 10}, {26, 0, 0}, 6, 0, 0},
-    {"Dunkelstrahler 50", false, {58, 40, 10}, {26, 0, 0}, 6, 0, 0},
-    {"Dunkelstrahler 50", false, {58, 60, 10}, {26, 0, 0}, 6, 0, 0},
-    {"Dunkelstrahler 50", false, {58, 80, 10}, {26, 0, 0}, 6, 0, 0},
-    {"Dunkelstrahler 30 zweistufig", false, {8, 10, 8}, {0, 16, 0}, 6, 90, 0},
-    {"Dunkelstrahler 30 zweistufig", false, {22, 10, 8}, {0, 16, 0}, 6, 90, 0},
-    {"Dunkelstrahler 30 zweistufig", true, {36, 10, 8}, {0, 16, 0}, 6, 90, 0},
-    {"Hellstrahler 20 zweistufig", false, {70, 1.5, 6}, {20, 0, 0}, 6, 0, 35},
+    {"Dunkel 50", false, {58, 20, 10}, {26, 0, 0}, 6, 0, 0},
+    {"Dunkel 50", false, {58, 40, 10}, {26, 0, 0}, 6, 0, 0},
+    {"Dunkel 50", false, {58, 60, 10}, {26, 0, 0}, 6, 0, 0},
+    {"Dunkel 50", false, {58, 80, 10}, {26, 0, 0}, 6, 0, 0},
+    {"Dunkel 30-2", false, {8, 10, 8}, {0, 16, 0}, 6, 90, 0},
+    {"Dunkel 30-2", false, {22, 10, 8}, {0, 16, 0}, 6, 90, 0},
+    {"Dunkel 30-2", true, {36, 10, 8}, {0, 16, 0}, 6, 90, 0},
+    {"Hell 20-2", false, {70, 1.5, 6}, {20, 0, 0}, 6, 0, 35},
 };
 
 static const UNITROW logisticsUnits[] = {
