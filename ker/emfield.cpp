@@ -80,6 +80,7 @@ struct TABLE {
     int depth = 0;        // index of the last layer; 0: an empty table
     int rx = 0;           // the widest extents
     int ry = 0;
+    bool even = true;           // all layers have these extents
     bool flat = false;          // false: too large a block, the model is asked point by point
     std::vector<double> values; // by layer, column and row
     std::vector<double> limits; // in x and y of each pair of layers, m
@@ -116,6 +117,7 @@ void TABLE::FindExtents()
         if (iz > 0)
             limits.insert(limits.end(), {static_cast<double>(std::min(formerX, layerX)),
                                          static_cast<double>(std::min(formerY, layerY))});
+        even = even && (iz == 0 || (layerX == rx && layerY == ry));
         rx = std::max(rx, layerX);
         ry = std::max(ry, layerY);
         formerX = layerX;
@@ -144,118 +146,21 @@ enum class WAY {
     NOWHERE, // outside its table, with a scale that makes even that count
 };
 
-struct SOURCE {
-    const EmEMITTER *emitter; // view
-    const TABLE *table;       // view
-    WAY way = WAY::NOTHING;
-    bool everywhere = false; // 0 times a scale that is not finite is no number: no point may be left out
-    EmLANEJOB job = {};
-
-    SOURCE(const EmEMITTER *aEmitter, const TABLE *aTable) : emitter(aEmitter), table(aTable) {}
-    void Place(double z);
-
-private:
-    void PlaceLevel(double localZ);
-};
-
-void SOURCE::Place(double z)
-{
-    for (int i = 0; i < 3; ++i)
-        std::copy_n(emitter->transform.Row(i), 4, job.m[i]);
-    job.z = z;
-    job.scale = emitter->scale;
-    everywhere = !std::isfinite(job.scale);
-    if (table->depth == 0) {
-        way = everywhere ? WAY::NOWHERE : WAY::NOTHING;
-        return;
-    }
-    job.limitX = table->rx;
-    job.limitY = table->ry;
-    job.depth = table->depth;
-    if (!table->flat) {
-        way = WAY::SINGLY;
-        return;
-    }
-    job.table = table->Centre(0);
-    job.limits = table->limits.data();
-    job.strideX = table->StrideX();
-    job.strideZ = table->StrideZ();
-    way = WAY::TILTED;
-    // Without a share of x and y the local z is one number for the whole plane, but for the sign of a zero.
-    if (job.m[2][0] == 0 && job.m[2][1] == 0)
-        PlaceLevel((emitter->transform * AgPOINT(0, 0, z)).z);
-}
-
-void SOURCE::PlaceLevel(double localZ)
-{
-    if (!(localZ >= 0 && localZ < job.depth)) {
-        way = everywhere ? WAY::NOWHERE : WAY::NOTHING;
-        return;
-    }
-    int iz = static_cast<int>(localZ);
-    job.table = table->Centre(iz);
-    job.limitX = table->limits[2 * iz];
-    job.limitY = table->limits[2 * iz + 1];
-    job.dz = localZ - iz;
-    job.wz = 1 - job.dz;
-    bool straight = job.m[0][1] == 0 && job.m[1][0] == 0 && job.limitY < double{EM_CELL_MAX} && !everywhere;
-    way = straight ? WAY::STRAIGHT : WAY::LEVEL;
-}
-
-/// A piece of the raster on its way: its points and their sums, each column from its far end.
-struct TILE {
-    double x[TILE_COLUMNS];
-    double y[EM_TILE_ROWS];
-    double sum[TILE_COLUMNS][EM_TILE_ROWS];
-    int columns;
-    int rows;
-    int padded; // rows, rounded up to what the loops take at a time
-    double z;
-    double reach; // m, the largest coordinate of the raster
-    double slack; // rows by which rounding may shift a row found from its y
-    const EmRASTER *raster;
-    int top; // its first row in the raster
-
-    void Begin(const EmRASTER &aRaster, double aZ, int left, int width, int aTop, int height);
-    /// Whether any of its points can lie in the table.
-    bool Touches(const SOURCE &source) const;
-    /// The rows of a column that can; none if first is not below last.
-    void FindSpan(const SOURCE &source, double columnX, int &first, int &last) const;
-};
-
-void TILE::Begin(const EmRASTER &aRaster, double aZ, int left, int width, int aTop, int height)
-{
-    raster = &aRaster;
-    top = aTop;
-    z = aZ;
-    columns = width;
-    rows = height;
-    padded = (height + TILE_PAD - 1) / TILE_PAD * TILE_PAD;
-    reach = std::max({std::fabs(aRaster.X(0)), std::fabs(aRaster.X(aRaster.columns - 1)),
-                      std::fabs(aRaster.Y(0)), std::fabs(aRaster.Y(aRaster.rows - 1))});
-    slack = 1 + 1e-14 * reach / aRaster.step;
-    for (int i = 0; i < columns; ++i) {
-        x[i] = aRaster.X(left + i);
-        std::fill_n(sum[i], padded, 0.0);
-    }
-    // Behind the last row stand points that are computed and thrown away.
-    for (int j = 0; j < padded; ++j)
-        y[j] = aRaster.Y(top + std::min(j, rows - 1));
-}
-
-/// One coordinate of the model over the plane, m[0] * x + m[1] * y + rest, and the range that it must meet.
+/// One coordinate of the model over a plane, m[0] * x + m[1] * y + rest, and the range that it must meet.
 struct RANGE {
-    const double *m;
-    double rest;
-    double lo;
-    double hi;
+    double m[2] = {};
+    double rest = 0;
+    double lo = 0;
+    double hi = 0;
+    double perM1 = 0;
 
-    /// Widened by more than the coordinate and the range can be off by rounding.
-    RANGE(const SOURCE &source, int row, double aLo, double aHi, double reach)
-        : m(source.job.m[row]), rest(m[2] * source.job.z + m[3])
+    RANGE() = default;
+    /// From a row of the matrix. Widened by more than the coordinate and the range can be off by rounding, for
+    /// points whose x and y are not beyond `reach`.
+    RANGE(const double (&row)[4], double z, double aLo, double aHi, double reach)
+        : m{row[0], row[1]}, rest(row[2] * z + row[3]), perM1(1 / row[1])
     {
-        double size =
-            (std::fabs(m[0]) + std::fabs(m[1])) * reach + std::fabs(m[2] * source.job.z) + std::fabs(m[3]);
+        double size = (std::fabs(m[0]) + std::fabs(m[1])) * reach + std::fabs(row[2] * z) + std::fabs(row[3]);
         lo = aLo - 1e-13 * (size + 1);
         hi = aHi + 1e-13 * (size + 1);
     }
@@ -276,8 +181,8 @@ struct RANGE {
                 yHi = -HUGE_VAL;
             return;
         }
-        double a = (lo - at) / m[1];
-        double b = (hi - at) / m[1];
+        double a = (lo - at) * perM1;
+        double b = (hi - at) * perM1;
         if (m[1] < 0)
             std::swap(a, b);
         yLo = a > yLo ? a : yLo;
@@ -285,35 +190,139 @@ struct RANGE {
     }
 };
 
-/// Calls `use` with the ranges of the three model coordinates, as far as they bind.
-template <class USE>
-void ForRanges(const SOURCE &source, double reach, const USE &use)
+struct SOURCE {
+    const EmEMITTER *emitter; // view
+    const TABLE *table;       // view
+    WAY way = WAY::NOTHING;
+    bool everywhere = false; // 0 times a scale that is not finite is no number: no point may be left out
+    EmLANEJOB job = {};
+    RANGE ranges[3]; // what the model coordinates must meet, as far as they bind
+    int bound = 0;
+
+    SOURCE(const EmEMITTER *aEmitter, const TABLE *aTable) : emitter(aEmitter), table(aTable) {}
+    /// @param reach  the largest coordinate of the points to come, m
+    void Place(double z, double reach);
+
+private:
+    void Choose();
+    void ChooseLevel(double localZ);
+    void SetRanges(double reach);
+};
+
+void SOURCE::Place(double z, double reach)
 {
-    use(RANGE(source, 0, -source.job.limitX, source.job.limitX, reach));
-    use(RANGE(source, 1, -source.job.limitY, source.job.limitY, reach));
-    if (source.way == WAY::TILTED || source.way == WAY::SINGLY)
-        use(RANGE(source, 2, 0, source.job.depth, reach));
+    for (int i = 0; i < 3; ++i)
+        std::copy_n(emitter->transform.Row(i), 4, job.m[i]);
+    job.z = z;
+    job.scale = emitter->scale;
+    everywhere = !std::isfinite(job.scale);
+    Choose();
+    SetRanges(reach);
+}
+
+void SOURCE::Choose()
+{
+    if (table->depth == 0) {
+        way = everywhere ? WAY::NOWHERE : WAY::NOTHING;
+        return;
+    }
+    job.limitX = table->rx;
+    job.limitY = table->ry;
+    job.depth = table->depth;
+    if (!table->flat) {
+        way = WAY::SINGLY;
+        return;
+    }
+    job.table = table->Centre(0);
+    job.limits = table->even ? NULL : table->limits.data();
+    job.strideX = table->StrideX();
+    job.strideZ = table->StrideZ();
+    way = WAY::TILTED;
+    // Without a share of x and y the local z is one number for the whole plane, but for the sign of a zero.
+    if (job.m[2][0] == 0 && job.m[2][1] == 0)
+        ChooseLevel((emitter->transform * AgPOINT(0, 0, job.z)).z);
+}
+
+void SOURCE::ChooseLevel(double localZ)
+{
+    if (!(localZ >= 0 && localZ < job.depth)) {
+        way = everywhere ? WAY::NOWHERE : WAY::NOTHING;
+        return;
+    }
+    int iz = static_cast<int>(localZ);
+    job.table = table->Centre(iz);
+    job.limitX = table->limits[2 * iz];
+    job.limitY = table->limits[2 * iz + 1];
+    job.dz = localZ - iz;
+    job.wz = 1 - job.dz;
+    bool straight = job.m[0][1] == 0 && job.m[1][0] == 0 && job.limitY < double{EM_CELL_MAX} && !everywhere;
+    way = straight ? WAY::STRAIGHT : WAY::LEVEL;
+}
+
+void SOURCE::SetRanges(double reach)
+{
+    ranges[0] = RANGE(job.m[0], job.z, -job.limitX, job.limitX, reach);
+    ranges[1] = RANGE(job.m[1], job.z, -job.limitY, job.limitY, reach);
+    ranges[2] = RANGE(job.m[2], job.z, 0, job.depth, reach);
+    bound = way == WAY::TILTED || way == WAY::SINGLY ? 3 : 2;
+}
+
+/// A piece of the raster on its way: its points and their sums, each column from its far end.
+struct TILE {
+    double x[TILE_COLUMNS];
+    double y[EM_TILE_ROWS];
+    double sum[TILE_COLUMNS][EM_TILE_ROWS];
+    int columns;
+    int rows;
+    int padded; // rows, rounded up to what the loops take at a time
+    double z;
+    double near;    // row of the plan's near side, counted from the tile's first: a point at y has the row
+    double perStep; // near - y * perStep
+    double slack;   // rows by which rounding may be off in that
+
+    void Begin(const EmRASTER &aRaster, double aZ, double reach, int left, int width, int aTop, int height);
+    /// Whether any of its points can lie in the table.
+    bool Touches(const SOURCE &source) const;
+    /// The rows of a column that can; none if first is not below last.
+    void FindSpan(const SOURCE &source, double columnX, int &first, int &last) const;
+};
+
+void TILE::Begin(const EmRASTER &aRaster, double aZ, double reach, int left, int width, int aTop, int height)
+{
+    z = aZ;
+    columns = width;
+    rows = height;
+    padded = (height + TILE_PAD - 1) / TILE_PAD * TILE_PAD;
+    perStep = 1 / aRaster.step;
+    near = aRaster.rows - 1 - aTop + aRaster.yMin * perStep;
+    slack = 1 + 1e-14 * (reach * std::fabs(perStep) + aRaster.rows);
+    for (int i = 0; i < columns; ++i) {
+        x[i] = aRaster.X(left + i);
+        std::fill_n(sum[i], padded, 0.0);
+    }
+    // Behind the last row stand points that are computed and thrown away.
+    for (int j = 0; j < padded; ++j)
+        y[j] = aRaster.Y(aTop + std::min(j, rows - 1));
 }
 
 bool TILE::Touches(const SOURCE &source) const
 {
-    bool missed = false;
     double halfX = (x[columns - 1] - x[0]) / 2;
     double halfY = (y[0] - y[rows - 1]) / 2;
-    ForRanges(source, reach, [&](const RANGE &range) {
-        missed = missed || range.Misses(x[0] + halfX, halfX, y[0] - halfY, halfY);
-    });
-    return !missed;
+    for (int k = 0; k < source.bound; ++k)
+        if (source.ranges[k].Misses(x[0] + halfX, halfX, y[0] - halfY, halfY))
+            return false;
+    return true;
 }
 
 void TILE::FindSpan(const SOURCE &source, double columnX, int &first, int &last) const
 {
     double yLo = -HUGE_VAL;
     double yHi = HUGE_VAL;
-    ForRanges(source, reach, [&](const RANGE &range) { range.Narrow(columnX, yLo, yHi); });
-    double far = raster->rows - 1 - top;
-    double from = far - (yHi - raster->yMin) / raster->step - slack;
-    double to = far - (yLo - raster->yMin) / raster->step + slack + 1;
+    for (int k = 0; k < source.bound; ++k)
+        source.ranges[k].Narrow(columnX, yLo, yHi);
+    double from = near - yHi * perStep - slack;
+    double to = near - yLo * perStep + slack + 1;
     first = from > 0 ? static_cast<int>(std::min<double>(from, rows)) : 0;
     last = to < rows ? static_cast<int>(std::max<double>(to, -1)) + 1 : rows;
 }
@@ -426,11 +435,13 @@ EmFIELD::~EmFIELD()
 void EmFIELD::Sample(const EmRASTER &raster, double z, int first, int count, double *out) const
 {
     TILE &tile = store->tile;
+    double reach = std::max({std::fabs(raster.X(0)), std::fabs(raster.X(raster.columns - 1)),
+                             std::fabs(raster.Y(0)), std::fabs(raster.Y(raster.rows - 1))});
     for (SOURCE &source : store->sources)
-        source.Place(z);
+        source.Place(z, reach);
     for (int left = 0; left < count; left += TILE_COLUMNS)
         for (int top = 0; top < raster.rows; top += EM_TILE_ROWS) {
-            tile.Begin(raster, z, first + left, std::min<int>(TILE_COLUMNS, count - left), top,
+            tile.Begin(raster, z, reach, first + left, std::min<int>(TILE_COLUMNS, count - left), top,
                        std::min<int>(EM_TILE_ROWS, raster.rows - top));
             for (SOURCE &source : store->sources)
                 store->Add(source);

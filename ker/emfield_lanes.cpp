@@ -1,5 +1,7 @@
 #include "ker/emfield_lanes.h"
 
+#include <cstddef>
+
 #ifdef __SSE2__
 #include <immintrin.h>
 #endif
@@ -128,22 +130,25 @@ void Level(const EmLANEJOB &job, double x, const double *y, int first, int last,
     }
 }
 
-void Tilted(const EmLANEJOB &job, double x, const double *y, int first, int last, double *out)
+template <bool EVEN>
+inline void TiltedLoop(const EmLANEJOB &job, double x, const double *y, int first, int last, double *out)
 {
     const AXIS axisX(job.m[0], x, job.z);
     const AXIS axisY(job.m[1], x, job.z);
     const AXIS axisZ(job.m[2], x, job.z);
     const double strideX = static_cast<double>(job.strideX);
     const double strideZ = static_cast<double>(job.strideZ);
+    const REALS zero = {};
     for (int j = first; j < last; j += WIDTH) {
         REALS lx = axisX.At(Load<REALS>(y + j));
         REALS ly = Abs(axisY.At(Load<REALS>(y + j)));
         REALS lz = axisZ.At(Load<REALS>(y + j));
         WHOLES in = (lz >= 0.0) & (lz < job.depth);
         REALS iz = Floor(Keep(lz, in));
-        WHOLES layer = Whole(iz);
-        REALS limitX, limitY;
-        LoadPairs(job.limits, layer + layer, limitX, limitY);
+        REALS limitX = zero + job.limitX;
+        REALS limitY = zero + job.limitY;
+        if (!EVEN)
+            LoadPairs(job.limits, Whole(iz + iz), limitX, limitY);
         in &= (Abs(lx) < limitX) & (ly < limitY);
         REALS ix = Floor(lx);
         REALS iy = Floor(ly);
@@ -156,6 +161,14 @@ void Tilted(const EmLANEJOB &job, double x, const double *y, int first, int last
         REALS v = Keep(above * (1 - dz) + below * dz, in);
         Store(out + j, Load<REALS>(out + j) + v * job.scale);
     }
+}
+
+void Tilted(const EmLANEJOB &job, double x, const double *y, int first, int last, double *out)
+{
+    if (job.limits == NULL)
+        TiltedLoop<true>(job, x, y, first, last, out);
+    else
+        TiltedLoop<false>(job, x, y, first, last, out);
 }
 
 void FindRows(const EmLANEJOB &job, double x, const double *y, int first, int last, EmLANEROWS &rows)

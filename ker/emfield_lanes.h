@@ -19,12 +19,12 @@ struct EmLANEJOB {
     long long strideX;   // values from one column of the table to the next
     long long strideZ;   // values from one layer to the next
     // Level emitters: the plane cuts one pair of layers.
-    double limitX; // m, the cells of both layers lie within it
+    double limitX; // m, the cells of both layers, or of all, lie within it
     double limitY; // m
     double dz;     // share of the layer below
     double wz;     // share of the layer above
     // Tilted emitters.
-    const double *limits; // view; limits in x and y of each pair of layers
+    const double *limits; // view; limits in x and y of each pair of layers; NULL where all have those above
     double depth;         // m, of the whole table
 };
 
