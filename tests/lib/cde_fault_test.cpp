@@ -118,6 +118,8 @@ TEST(FaultsInAFile, EndInACodeAndLeaveNoDescriptor)
 
 TEST(FaultsInAFile, OnTheRealDiskLeaveNoDescriptor)
 {
+    FOLDER folder;
+    TMPDIR here(folder.path);
     int before = OpenDescriptors();
     written = "text";
     SweepFaults(UseTemporary, [&](const FaultRun &) { EXPECT_EQ(OpenDescriptors(), before); });

@@ -562,29 +562,6 @@ TEST(CdeFile, InterruptedAndPartialCallsOfTheSystemAreGoneOnWith)
     EXPECT_EQ(MemGet("/m/g"), Pattern(100000));
 }
 
-namespace
-{
-/// While it lives, this is the temporary folder.
-class TMPDIR
-{
-public:
-    explicit TMPDIR(const string &path) : former(getenv("TMPDIR") ? getenv("TMPDIR") : "")
-    {
-        setenv("TMPDIR", path.c_str(), 1);
-    }
-    ~TMPDIR()
-    {
-        if (former.empty())
-            unsetenv("TMPDIR");
-        else
-            setenv("TMPDIR", former.c_str(), 1);
-    }
-
-private:
-    string former;
-};
-} // namespace
-
 TEST(Temporary, LivesInTheTemporaryFolderUntilItIsClosed)
 {
     FOLDER folder;

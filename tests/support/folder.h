@@ -57,6 +57,28 @@ public:
     }
 };
 
+/// While it lives, this is the temporary folder.
+class TMPDIR
+{
+public:
+    explicit TMPDIR(const std::string &path) : former(getenv("TMPDIR") ? getenv("TMPDIR") : "")
+    {
+        setenv("TMPDIR", path.c_str(), 1);
+    }
+    ~TMPDIR()
+    {
+        if (former.empty())
+            unsetenv("TMPDIR");
+        else
+            setenv("TMPDIR", former.c_str(), 1);
+    }
+    TMPDIR(const TMPDIR &) = delete;
+    TMPDIR &operator=(const TMPDIR &) = delete;
+
+private:
+    std::string former;
+};
+
 /// Descriptors that this process has open: equal before and after what leaks none.
 inline int OpenDescriptors()
 {
