@@ -1,7 +1,7 @@
-// The field that the designer looks at, over a whole plan at a time. A raster has some hundred thousand points and
-// each is a sum over all emitters, so the sums are formed emitter by emitter over their footprints, on flat copies
-// of the tables; every point still adds its emitters in the order of the set, and comes out bit for bit as
-// EmROOM::Irradiation gives it.
+// The field that the designer looks at, over a whole plan at a time. A raster has some hundred thousand points
+// and each is a sum over all emitters, so the sums are formed emitter by emitter over their footprints, on flat
+// copies of the tables; every point still adds its emitters in the order of the set, and comes out bit for bit
+// as EmROOM::Irradiation gives it.
 #ifndef KER_EMFIELD_H
 #define KER_EMFIELD_H
 
@@ -10,22 +10,22 @@
 
 /// What the last evaluation found. Before a run all numbers are 0 and the text is empty.
 struct TZulMapInfo {
-    double height = 0;     // m, of the map above the floor
-    double minInte = 0;    // W/m2, smallest sample
-    double maxInte = 0;    // W/m2, largest
-    double meanInte = 0;   // W/m2
-    double spread = 0;     // standard deviation over mean
-    double sumInte = 0;    // W/m2
-    double loss = 0;       // W, heat loss
-    double emittPower = 0; // W, installed
-    double airhtPower = 0; // W, installed
-    double area = 0;       // m2, floor
-    double volume = 0;     // m3
-    double airTemp = 0;    // C at 1.5 m, designed: all maps hold at it
-    double maxAirTemp = 0; // C at 1.5 m, reachable
-    double maxFuel = 0;    // fuel units an hour
-    double yearFuel = 0;   // fuel units a year
-    double yearCost = 0;   // currency a year
+    double height = 0;      // m, of the map above the floor
+    double minInte = 0;     // W/m2, smallest sample
+    double maxInte = 0;     // W/m2, largest
+    double meanInte = 0;    // W/m2
+    double spread = 0;      // standard deviation over mean
+    double sumInte = 0;     // W/m2
+    double loss = 0;        // W, heat loss
+    double emittPower = 0;  // W, installed
+    double airhtPower = 0;  // W, installed
+    double area = 0;        // m2, floor
+    double volume = 0;      // m3
+    double airTemp = 0;     // C at 1.5 m, designed: all maps hold at it
+    double maxAirTemp = 0;  // C at 1.5 m, reachable
+    double maxFuel = 0;     // fuel units an hour
+    double yearFuel = 0;    // fuel units a year
+    double yearCost = 0;    // currency a year
     char fuelUnit[32] = ""; // in text markup
 };
 
@@ -49,11 +49,11 @@ struct EmRASTER {
     double Y(int j) const { return (rows - j - 1) * step + yMin; }
 };
 
-/// The irradiation raster of a hall: 504 steps along its length, 168 with `draft`. XALLOC where the hall's sides
-/// give more points than can be held (EM_RASTER_MAX) or none that can be counted.
+/// The irradiation raster of a hall: 504 steps along its length, 168 with `draft`. XALLOC where the hall's
+/// sides give more points than can be held (EM_RASTER_MAX) or none that can be counted.
 EmRASTER IrradiationRaster(const EmBOX &box, bool draft);
-/// The raster on which the criteria are judged, with the same columns and rows: its step comes from the width, or
-/// from the irradiation raster where there is one row only.
+/// The raster on which the criteria are judged, with the same columns and rows: its step comes from the width,
+/// or from the irradiation raster where there is one row only.
 EmRASTER CriterionRaster(const EmBOX &box, const EmRASTER &irradiation);
 
 enum { EM_RASTER_MAX = 1 << 29 }; // points
@@ -67,8 +67,9 @@ public:
     EmFIELD(const EmFIELD &) = delete;
     EmFIELD &operator=(const EmFIELD &) = delete;
 
-    /// Irradiation of the raster's points at height z, W/m2, for `count` columns from `first` on, column by column:
-    /// sample of column i and row j in out[(i - first) * rows + j]. Bit for bit what EmROOM::Irradiation gives.
+    /// Irradiation of the raster's points at height z, W/m2, for `count` columns from `first` on, column by
+    /// column: sample of column i and row j in out[(i - first) * rows + j]. Bit for bit what
+    /// EmROOM::Irradiation gives.
     void Sample(const EmRASTER &raster, double z, int first, int count, double *out) const;
 
 private:
