@@ -276,9 +276,11 @@ struct TILE {
     int rows;
     int padded; // rows, rounded up to what the loops take at a time
     double z;
-    double near;    // row of the plan's near side, counted from the tile's first: a point at y has the row
-    double perStep; // near - y * perStep
-    double slack;   // rows by which rounding may be off in that
+    // A point at y has the row near - y * perStep, counted from the tile's first and give or take the slack of
+    // rounding.
+    double near;
+    double perStep; // 1/m
+    double slack;
 
     void Begin(const EmRASTER &aRaster, double aZ, double reach, int left, int width, int aTop, int height);
     /// Whether any of its points can lie in the table.
