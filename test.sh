@@ -8,5 +8,6 @@ tools/check
 for preset in dev asan; do
     cmake --preset $preset >/dev/null
     cmake --build --preset $preset
+    [ $preset = dev ] && tools/check --tidy # reads the compile commands of build/dev
     ctest --preset $preset
 done

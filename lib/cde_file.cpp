@@ -380,7 +380,9 @@ bool FollowLinks(std::string &path)
         if (length == static_cast<ssize_t>(sizeof next))
             return false;
         std::string to(next, static_cast<size_t>(length));
-        path = to[0] == '/' ? to : path.substr(0, path.rfind('/') + 1) + to;
+        if (to[0] != '/')
+            to.insert(0, path, 0, path.rfind('/') + 1);
+        path = to;
     }
     return false;
 }

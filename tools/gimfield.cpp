@@ -25,9 +25,9 @@ size_t Interval(const std::vector<double> &list, double value, double &share)
 std::vector<double> Centres(double side)
 {
     int count = std::max(1, static_cast<int>(std::ceil(side / GimFIELD::NEAR)));
-    std::vector<double> centres;
+    std::vector<double> centres(count);
     for (int i = 0; i < count; ++i)
-        centres.push_back(((i + 0.5) / count - 0.5) * side);
+        centres[i] = ((i + 0.5) / count - 0.5) * side;
     return centres;
 }
 } // namespace

@@ -269,6 +269,7 @@ void MakeModel(const ORDER &order, GimFIELD &field)
         ModelSave(model); __test;
         ConsoleWrite(DescribeModel(order, field, *model)); __test;
         delete model;
+        model = NULL;
     __point
         delete model;
     __treat

@@ -30,7 +30,9 @@ struct DECIMAL {
 std::string IntensityText(double v, int exponent)
 {
     DECIMAL d(v);
-    return EdcFormat("%3.2lf", d.mantissa * std::pow(10.0, d.exponent - exponent));
+    // The power overflows for a header of E-309 and below; 0 is 0 under every header.
+    double shown = d.mantissa == 0 ? 0 : d.mantissa * std::pow(10.0, d.exponent - exponent);
+    return EdcFormat("%3.2lf", shown);
 }
 
 std::string AirTempText(const TZulMapInfo &info)

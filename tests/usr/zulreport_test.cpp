@@ -339,7 +339,7 @@ TEST_F(ReportTexts, EvaluationTextsCarryTheRunsFigures)
               "~Insgesamt:~1234567.5~W");
     EXPECT_EQ(Squeezed(texts[2]), "Brennstoffverbrauch\n~Maximal:~4.79~m^3^/h\n~J\xE4hrlich:~5124~m^3^/Jahr\n"
                                   "~Jahreskosten:~3~Tsd.~\x80\n"
-                                  "Lufttemperatur\n~Max.~erreichbar:~15.3~^o^C\n~Entworfen:~15.3~^o^C\n"
+                                  "\nLufttemperatur\n~Max.~erreichbar:~15.3~^o^C\n~Entworfen:~15.3~^o^C\n"
                                   "~Bem.:~Temp.~in~H\xF6he~1.5~m");
     EXPECT_EQ(Squeezed(texts[3]), "Bestrahlungskarte\n~H\xF6he~\xFC"
                                   "ber~Fu\xDF"

@@ -52,6 +52,12 @@ TEST_F(ScaleTexts, OfAFineScaleHaveElevenRowsAndMore)
                                         "0.50", "0.60", "0.70", "0.80", "0.90", "1.00", "mehr"}));
 }
 
+TEST_F(ScaleTexts, OfTheSmallestScaleThereIsShowNoughtAsNought)
+{
+    map.hi = 5e-324; // the row of 0 has another exponent than the header, by more than a power can tell
+    EXPECT_EQ(Firsts(Make())[1], "0.00");
+}
+
 TEST_F(ScaleTexts, OfACoarseScaleHaveTwoRowsAndMore)
 {
     map.colors = &mapColorsCoarse;
