@@ -1,18 +1,23 @@
 """The figures of zulcalc against a second calculation, written from the formulas in another language.
 
-Reads the sample halls and their models with a reader of its own, computes every figure point by point without any of
-the shortcuts of the kernel, and compares with the JSON of the program. Usage: figures_test.py PROGRAM_FOLDER
+Reads the sample halls, their models and random halls with a reader of its own, computes every figure point by point
+without any of the shortcuts of the kernel, and compares with the JSON of the program.
+Usage: figures_test.py PROGRAM_FOLDER [NUMBER OF RANDOM HALLS]
 """
 
 import json
 import math
 import pathlib
+import random
 import struct
 import subprocess
 import sys
+import tempfile
 import unittest
 
 FOLDER = pathlib.Path(sys.argv[1])
+SAMPLES = FOLDER / "Beispiele"
+RANDOM_HALLS = int(sys.argv[2]) if len(sys.argv) > 2 else 4
 SIGMA_SURFACE = 5.669e-8
 SIGMA_OPERATIVE = 5.6687e-08
 
@@ -274,19 +279,91 @@ def classify(v, low, high, tol):
     return 0 if low <= v <= high else 1 if low - tol <= v <= high + tol else 2
 
 
+# Random halls: what a file may hold, not what an architect would draw.
+
+
+def real(value):
+    return b"\xa4" + struct.pack("<d", value)
+
+
+def integer(value):
+    return b"\xa3" + struct.pack("<i", value)
+
+
+def string(text):
+    return b"\xa5" + bytes([len(text)]) + text.encode("cp1252")
+
+
+def long_string(text):
+    return b"\xa7" + struct.pack("<i", len(text)) + text.encode("cp1252")
+
+
+def section(*items):
+    return b"\xa1\0\0\0\0" + b"".join(items) + b"\xa2"
+
+
+def reals(*values):
+    return b"".join(map(real, values))
+
+
+def random_emitter(rng, name, length, width, height):
+    return section(string(name), reals(rng.uniform(-3, length + 3), rng.uniform(-3, width + 3),
+                                       rng.uniform(1, height + 1),
+                                       rng.choice([0, math.pi / 2, -math.pi / 2, math.pi, rng.uniform(-4, 4)]),
+                                       rng.choice([0, 0, rng.uniform(-1.5, 1.5)]), rng.uniform(0, 40000)))
+
+
+def random_hole(rng, width, height):
+    fields = reals(rng.uniform(0.2, width), rng.uniform(0.2, height), rng.uniform(0, width), rng.uniform(0, height),
+                   rng.choice([0, rng.uniform(-3, 3)]), rng.uniform(0, 9), 8, rng.uniform(-20, 20))
+    if rng.random() < 0.8:  # else an old file's opening
+        fields += integer(rng.choice([0, 1, 2, 3])) + string("Fenster")
+    return section(fields)
+
+
+def random_data(rng):
+    fields = b""
+    for _ in range(3):
+        fields += reals(rng.choice([0, rng.uniform(0, 5), rng.uniform(5, 10)]), 8, rng.uniform(-20, 15))
+    fields += reals(rng.choice([0, rng.uniform(0, 3)]), rng.uniform(-20, 10))
+    fields += integer(rng.randint(0, 365)) + integer(rng.randint(0, 7))
+    fields += reals(rng.uniform(0, 24), rng.uniform(-5, 15), rng.uniform(10, 25), rng.uniform(0, 15), 33.4,
+                    rng.uniform(0, 1.1), rng.uniform(0, 2), rng.choice([0, rng.uniform(0, 1e5)]), rng.uniform(10, 25))
+    fields += integer(rng.choice([1, 2])) + real(rng.uniform(-20, 0))
+    return section(fields, integer(rng.randint(0, 6)), integer(rng.choice([1, 2, 3])))
+
+
+def random_hall(rng):
+    length, width, height = rng.uniform(3, 60), rng.uniform(3, 30), rng.uniform(3, 15)
+    names = [path.stem for path in sorted((FOLDER / "Modely").glob("*.gim"))]
+    emitters = [random_emitter(rng, rng.choice(names + [""]), length, width, height) for _ in range(rng.randint(1, 6))]
+    emitters.append(section(string(names[0]), reals(length / 2, width / 2, height, 0, 0, 15000)))
+    frames = [(length, width, 0, 0, 0, 1, 0, 0, 0, 1, 0), (length, width, 0, 0, height, 1, 0, 0, 0, 1, 0),
+              (length, height, length, 0, 0, -1, 0, 0, 0, 0, 1), (width, height, length, width, 0, 0, -1, 0, 0, 0, 1),
+              (length, height, 0, width, 0, 1, 0, 0, 0, 0, 1), (width, height, 0, 0, 0, 0, 1, 0, 0, 0, 1)]
+    surfaces = b""
+    for frame in frames:
+        holes = [random_hole(rng, frame[0], frame[1]) for _ in range(rng.randint(0, 3))]
+        surfaces += section(reals(*frame)) + section(*holes)
+    article = section(integer(1), integer(0), string("Entwurf"), string(""))
+    conclusion = section(string("Schluss"), long_string(""), string(""), integer(20260101))
+    return section(section(reals(0, 0, 0, length, width, height)), section(*emitters), random_data(rng),
+                   section(surfaces), section(), article, section()) + conclusion
+
+
 class FiguresTest(unittest.TestCase):
     models = {}
 
-    def run_program(self, name, *options):
-        command = [FOLDER / "zulcalc", "--json", "-", *options, FOLDER / "Beispiele" / name]
+    def run_program(self, path, *options):
+        command = [FOLDER / "zulcalc", "--json", "-", *options, path]
         return json.loads(subprocess.run(command, capture_output=True, check=True).stdout)
 
     def assert_close(self, got, want, what, scale=1.0):
         self.assertLessEqual(abs(got - want), 1e-9 * max(abs(want), scale), f"{what}: {got} for {want}")
 
-    def compare(self, name, *options, height=0.0, air=None, limits=(None, None), coarse=False, points=()):
-        hall = Hall(FOLDER / "Beispiele" / name, self.models)
-        out = self.run_program(name, *options, *(o for p in points for o in ("--point", ",".join(map(str, p)))))
+    def compare(self, path, *options, height=0.0, air=None, limits=(None, None), coarse=False, points=()):
+        hall = Hall(path, self.models)
+        out = self.run_program(path, *options, *(o for p in points for o in ("--point", ",".join(map(str, p)))))
         info = out["info"]
         length, width, tall = hall.sizes()
         air_temp = hall.max_air_temp() if air is None else air
@@ -381,14 +458,25 @@ class FiguresTest(unittest.TestCase):
         self.assertEqual(got["class"], [classify(v, *b) for v, b in zip(values, self.bands(hall))])
 
     def test_the_workshop_comes_out_as_calculated(self):
-        self.compare("Werkstatt.sc1", points=[(3.3, 4.4, 1.0), (10, 6, 0.0), (-1, 20, 1.5)])
+        self.compare(SAMPLES / "Werkstatt.sc1", points=[(3.3, 4.4, 1.0), (10, 6, 0.0), (-1, 20, 1.5)])
 
     def test_height_air_temperature_and_limits_are_obeyed(self):
-        self.compare("Werkstatt.sc1", "--height", "1.2", "--air-temp", "17.5", "--min", "20", "--max", "90",
-                     "--coarse-scale", height=1.2, air=17.5, limits=(20, 90), coarse=True)
+        self.compare(SAMPLES / "Werkstatt.sc1", "--height", "1.2", "--air-temp", "17.5", "--min", "20", "--max",
+                     "90", "--coarse-scale", height=1.2, air=17.5, limits=(20, 90), coarse=True)
 
     def test_the_production_hall_comes_out_as_calculated(self):
-        self.compare("Produktionshalle.sc1", points=[(30, 15, 1.7), (59.9, 0.1, 2.5)])
+        self.compare(SAMPLES / "Produktionshalle.sc1", points=[(30, 15, 1.7), (59.9, 0.1, 2.5)])
+
+    def test_random_halls_come_out_as_calculated(self):
+        for number in range(RANDOM_HALLS):
+            rng = random.Random(number)
+            with self.subTest(number=number), tempfile.TemporaryDirectory() as folder:
+                path = pathlib.Path(folder) / "halle.sc1"
+                path.write_bytes(random_hall(rng))
+                height, air = rng.uniform(0, 2), rng.uniform(-5, 30)
+                points = [(rng.uniform(0, 60), rng.uniform(0, 30), rng.uniform(0, 2)) for _ in range(3)]
+                self.compare(path, "--height", repr(height), "--air-temp", repr(air), height=height, air=air,
+                             points=points)
 
 
 if __name__ == "__main__":
