@@ -342,9 +342,8 @@ ELEMENT ElementAt(const char *pat, int flags)
 enum WORDSTART { WORD_GOES_ON, WORD_BEGINS, WORD_EITHER };
 
 /// One comparison in progress. A run lets go of nothing that stands before it: whatever the pieces before the
-/// last
-/// `*` took first is as good as any other choice, so one place to go back to is enough and the walk is at worst
-/// the product of the two lengths.
+/// last `*` took first is as good as any other choice, so one place to go back to is enough and the walk is at
+/// worst the product of the two lengths.
 struct MATCHING {
     const char *s;
     const char *pat;
