@@ -9,9 +9,8 @@
 
 /// The first row holds the angles along the body (gamma) behind one field that is not looked at, each further
 /// row an angle across it (beta) and the intensities, W/sr. Angles in degrees, rising from 0 to 90. Fields are
-/// parted by
-/// ';', a tab or ','; with the first two a decimal comma is understood. Empty lines and lines that start with
-/// '#' are passed over.
+/// parted by ';', a tab or ','; with the first two a decimal comma is understood. Empty lines and lines that
+/// start with '#' are passed over.
 /// @return  "" or what is wrong, in UTF-8; then the table is not to be used. Throws std::bad_alloc.
 std::string ReadGimTable(const std::string &text, GimTABLE &table);
 
