@@ -1,10 +1,10 @@
 // The calls of the file system, and the two ways across the border of the system's character set. Names are
 // some hundred bytes and texts a few kilobytes at most, so the conversions walk byte by byte.
 #include "lib/disk.h"
+#include "lib/charstr.h"
 #include "lib/xassert.h"
 
 #include <cerrno>
-#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
@@ -57,33 +57,6 @@ int PosixLikeness(int fd, int model)
     mode_t kept = owned ? 0777 : 0707; // to a foreign group no more than to all others
     mode_t shared = owned ? 0 : (its.st_mode & 07) << 3;
     return fchmod(fd, (its.st_mode & kept) | shared);
-}
-
-/// Code points of the bytes 0x80 to 0x9F. Five are not assigned; they keep their own value, so that every byte
-/// comes back.
-const uint16_t upperCodes[32] = {
-    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, //
-    0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F, //
-    0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014, //
-    0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178,
-};
-
-unsigned CodeOf(char c)
-{
-    unsigned char byte = static_cast<unsigned char>(c);
-    return byte >= 0x80 && byte < 0xA0 ? upperCodes[byte - 0x80] : byte;
-}
-
-/// The byte of a code point; false for one outside the set.
-bool ByteOf(unsigned code, char *c)
-{
-    bool plain = code < 0x80 || (code >= 0xA0 && code < 0x100);
-    unsigned byte = plain ? code : 0x100;
-    for (unsigned i = 0; i < 32 && byte == 0x100; ++i)
-        if (upperCodes[i] == code)
-            byte = 0x80 + i;
-    *c = static_cast<char>(byte);
-    return byte < 0x100;
 }
 
 /// Writes a code point of the set as UTF-8 and tells its length; no code of the set is above 0xFFFF.
@@ -142,7 +115,7 @@ bool TextToUtf8(char *dest, const char *src, int max)
     int used = 0;
     for (; *src; ++src) {
         char utf8[3];
-        int length = Encode(CodeOf(*src), utf8);
+        int length = Encode(ChrCode(*src), utf8);
         if (length > max - 1 - used)
             break;
         memcpy(dest + used, utf8, static_cast<size_t>(length));
@@ -159,7 +132,7 @@ bool TextFromUtf8(char *dest, const char *src, int max)
     bool held = true;
     int used = 0;
     while (*src && used < max - 1) {
-        if (!ByteOf(Decode(&src), &dest[used])) {
+        if (!ChrOfCode(&dest[used], Decode(&src))) {
             dest[used] = '?';
             held = false;
         }
