@@ -5,6 +5,7 @@
 #include "res/strings.h"
 
 #include <algorithm>
+#include <climits>
 #include <cmath>
 #include <cstdarg>
 #include <cstdio>
@@ -94,6 +95,26 @@ const char *GetResString(int id, int max)
     if (text != NULL && max > 0)
         StrCopy(buffer, text, max);
     return buffer;
+}
+
+int EdcNearest(double value)
+{
+    if (!(std::fabs(value) < 2147483647.0))
+        return std::isnan(value) ? 0 : value < 0 ? INT_MIN : INT_MAX;
+    return static_cast<int>(std::round(value));
+}
+
+double Frexp10(double x, int &exponent)
+{
+    int binary = 0;
+    std::frexp(x, &binary);
+    exponent = x == 0 ? 0 : EdcNearest(binary * std::log(2.0) / std::log(10.0));
+    double mantissa = x / std::pow(10.0, exponent);
+    if (std::fabs(mantissa) >= 1) {
+        ++exponent;
+        mantissa = x / std::pow(10.0, exponent);
+    }
+    return mantissa;
 }
 
 double EdcRound(double value, int exponent)

@@ -12,6 +12,10 @@ const char *GetResString(int id, int max = -1);
 /// Rounded to a multiple of 10^exponent, half away from zero. A value that has no digits below that place, or
 /// that is not finite, comes back as it is.
 double EdcRound(double value, int exponent);
+/// The nearest integer, half away from zero, limited to the integers; no number is 0.
+int EdcNearest(double value);
+/// Splits x into a mantissa of size below 1 and a power of ten: x = mantissa * 10^exponent; 0 gives 0 and 0.
+double Frexp10(double x, int &exponent);
 enum { EDC_NOISE = -12 }; // exponent that takes the noise out of a sum
 
 /// printf into a text as long as it needs to be. Throws std::bad_alloc.

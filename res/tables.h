@@ -1,0 +1,14 @@
+// Menus, keys and pictures, compiled from menus.txt and art/.
+#ifndef RES_TABLES_H
+#define RES_TABLES_H
+
+#include "lib/restable.h"
+
+extern const ResMENU resMenus[];
+extern const int resMenuCount;
+extern const ResACCEL resAccels[];
+extern const int resAccelCount;
+extern const ResPICTURE resPictures[];
+extern const int resPictureCount;
+
+#endif

@@ -1,0 +1,60 @@
+// The application: the message loop with its idle action, and the platform's services for the layers below
+// (message boxes, status line, collation, dates, currency), all in German whatever the environment says.
+// Decimal points stay points: the C library's number format is never touched.
+#ifndef WIN_APPLICATION_H
+#define WIN_APPLICATION_H
+
+#include <memory>
+#include <string>
+
+class TDecoratedFrame;
+class TStatusBar;
+
+class TApplication
+{
+public:
+    /// One at a time. Installs the sinks of lib/platform.h; the destructor takes them off.
+    TApplication(const char *name, int &argc, char **argv);
+    TApplication(const TApplication &) = delete;
+    TApplication &operator=(const TApplication &) = delete;
+    virtual ~TApplication();
+
+    static TApplication *Current(); // NULL where there is none
+    /// InitMainWindow(), shows it, runs the loop. @return the exit code
+    int Run();
+    void Quit(int code);
+    virtual void InitMainWindow();
+    /// Asks the main window; called whenever the loop has nothing to do, again after 10 ms while it says true.
+    virtual bool IdleAction(long idleCount);
+    /// Handles what waits in the queue and comes back.
+    void PumpWaitingMessages();
+    /// Runs one idle turn now, as the loop would: command enabling of bars, then IdleAction.
+    bool IdleStep();
+
+    TDecoratedFrame *MainWindow() const { return mainWindow; }
+    void SetMainWindow(TDecoratedFrame *frame) { mainWindow = frame; } // view
+    const std::string &Name() const { return name; }
+
+private:
+    struct Impl;
+    std::string name;
+    TDecoratedFrame *mainWindow = NULL;
+    std::unique_ptr<Impl> impl;
+};
+
+/// Milliseconds of a clock that only goes forward.
+int WinTickCount();
+/// Folder of the executable in the system's form, with a closing backslash; empty where it cannot be expressed.
+const std::string &WinProgramDirectory();
+void WinBeep();
+/// Shows the wait cursor while it lives; they may nest.
+class TWaitCursor
+{
+public:
+    TWaitCursor();
+    ~TWaitCursor();
+    TWaitCursor(const TWaitCursor &) = delete;
+    TWaitCursor &operator=(const TWaitCursor &) = delete;
+};
+
+#endif

@@ -1,0 +1,79 @@
+// The main window: a frame with menu, bars and one client window. A command from a menu, a key or a button goes
+// to the client's EvCommand; before a menu opens, and in idle time for buttons, the client's EvCommandEnable is
+// asked.
+#ifndef WIN_FRAME_H
+#define WIN_FRAME_H
+
+#include "win/window.h"
+#include <vector>
+
+/// One question: may this command be given, is it on? Whoever knows the command answers it.
+class TCommandEnabler
+{
+public:
+    explicit TCommandEnabler(int command) : id(command) {}
+    virtual ~TCommandEnabler() = default;
+    virtual void Enable(bool on)
+    {
+        answered = true;
+        enabled = on;
+    }
+    virtual void SetCheck(bool on) { checked = on; }
+    bool IsAnswered() const { return answered; }
+    bool IsEnabled() const { return enabled; }
+    bool IsChecked() const { return checked; }
+    const int id;
+
+protected:
+    bool answered = false;
+    bool enabled = false;
+    bool checked = false;
+};
+
+class TDecoratedFrame : public TWindow
+{
+public:
+    enum Place { TOP, BOTTOM };
+
+    /// The client is a view and becomes a child.
+    TDecoratedFrame(const char *title, TWindow &client);
+    ~TDecoratedFrame() override;
+
+    void AssignMenu(int menuId); // of the resources; its accelerators come with it
+    void SetIcon(int pictureId);
+    void Insert(TWindow &bar, Place place); // before Create(); a view
+    void Create() override;
+    void SetCaption(const char *text) override;
+    TWindow &Client() const { return client; }
+
+    /// To the client, guarded: what it throws is shown and ends here.
+    void EvCommand(int id) override;
+    void EvCommandEnable(TCommandEnabler &ce) override;
+    bool CanClose() override;
+    /// The command comes with the next turn of the loop.
+    void PostCommand(int id);
+    void CloseWindow(); // asks CanClose() first
+    /// Command enabling of all bars.
+    void IdleEnable();
+
+private:
+    struct FrameImpl;
+    TWindow &client;
+    std::unique_ptr<FrameImpl> frame;
+};
+
+/// A menu shown at the pointer. The chosen command goes to the main frame's client.
+class TPopupMenu
+{
+public:
+    explicit TPopupMenu(int menuId = 0);
+    void Load(int menuId);   // replaces the items by the resource's
+    void Append(int menuId); // adds them
+    /// Shows the menu at a point of the window; `defaultItem` is drawn bold (0 for none).
+    void Track(TWindow &window, TPoint at, int defaultItem);
+
+private:
+    std::vector<int> menus; // numbers of the resources, in order
+};
+
+#endif

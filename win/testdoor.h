@@ -1,0 +1,70 @@
+// A door for tests only: real events into real windows, in device pixels, and scripts for what is modal. A
+// script is posted before the modal loop starts and runs inside it, so a test reads top to bottom.
+#ifndef WIN_TESTDOOR_H
+#define WIN_TESTDOOR_H
+
+#include "win/window.h"
+#include <functional>
+#include <string>
+#include <vector>
+
+class TDecoratedFrame;
+
+namespace testdoor
+{
+
+void ResizeClient(TWindow &window, TSize size); // device pixels; the size message comes before this returns
+enum Button { LEFT, RIGHT };
+void Press(TWindow &window, TPoint at, Button button = LEFT, unsigned keys = 0);
+void Release(TWindow &window, TPoint at, Button button = LEFT, unsigned keys = 0);
+void Click(TWindow &window, TPoint at, Button button = LEFT, unsigned keys = 0);
+void DoubleClick(TWindow &window, TPoint at, unsigned keys = 0); // press, release, double press, release
+void Move(TWindow &window, TPoint at, unsigned keys = 0, bool leftDown = false, bool rightDown = false);
+void Wheel(TWindow &window, TPoint at, int notches, unsigned keys = 0);
+void Key(TWindow &window, const char *name, unsigned keys = 0); // "PgDown", "Home", "F5", "Ctrl+P" ...
+/// Paints what is invalid and settles the queue.
+void Settle();
+bool IdleStep();
+TColor Pixel(TWindow &window, TPoint at);                     // of the backing image
+std::vector<TColor> Pixels(TWindow &window);                  // the client area row by row
+bool SaveScreenshot(TWindow &window, const char *nativePath); // the whole window as it is shown
+
+/// A menu as a user would see it after opening it: texts with their keys ("&Neu...\tStrg+N"), grey or not.
+struct MenuEntry {
+    int id;
+    std::string text; // Windows-1252
+    bool enabled;
+    bool checked;
+};
+std::vector<MenuEntry> Menu(TDecoratedFrame &frame, int popup); // from the left, 0 first
+void ChooseMenu(TDecoratedFrame &frame, int id);
+bool ClickGadget(TDecoratedFrame &frame, int command); // false where the button is grey or missing
+
+/// The next modal box runs this once it is up; scripts queue. A box without a script is answered with its
+/// cancelling button and counted, so that a test never hangs.
+class ModalBox;
+void Script(std::function<void(ModalBox &)> script);
+int UnexpectedBoxes(); // since the last call
+int PendingScripts();  // scripts that no box has met, forgotten by this call
+
+class ModalBox
+{
+public:
+    std::string Kind() const;    // "message", "open", "save", "print", "popup", "dialog"
+    std::string Caption() const; // Windows-1252
+    std::string Text() const;    // of a message box; items of a popup menu, one a line
+    void Answer(int id);         // a button or menu item by its id; TBoxAnswer for boxes and dialogs
+    void FileName(const std::string &nativePath); // what a file dialog or a print dialog's PDF field is told
+    void Pages(int from, int to);                 // of the print dialog
+    std::string FileName() const;                 // what the field holds now
+
+    struct Impl;
+    explicit ModalBox(Impl &anImpl) : impl(anImpl) {}
+
+private:
+    Impl &impl;
+};
+
+} // namespace testdoor
+
+#endif
