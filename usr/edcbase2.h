@@ -117,9 +117,10 @@ private:
     void UpdatePage();
     // edcbase2_flow.cpp
     void FlowBlocks(TDC &dc);
-    void LayoutOpened(TDC &dc, bool screen);
+    void LayoutOpened(TDC &dc, TEdcZoom *zoom);
     void RebuildDocZoom(TDC &dc);
     void RebuildBlockZoom(TDC &dc, const TEdcSize &size);
+    TEdcBlock *PageFirst(int pageNum) const;
     TSize ViewSpace() const; // client area less the frame on both sides
     // edcbase2_files.cpp
     void CommandNew();
