@@ -33,12 +33,15 @@ public:
 
     TDecoratedFrame *MainWindow() const { return mainWindow; }
     void SetMainWindow(TDecoratedFrame *frame) { mainWindow = frame; } // view
+    void SetStatusWindow(TStatusBar *bar) { statusBar = bar; } // view; shows status texts, NULL for none
+    TStatusBar *StatusWindow() const { return statusBar; }
     const std::string &Name() const { return name; }
 
 private:
     struct Impl;
     std::string name;
     TDecoratedFrame *mainWindow = NULL;
+    TStatusBar *statusBar = NULL;
     std::unique_ptr<Impl> impl;
 };
 
