@@ -3,6 +3,7 @@
 #define WIN_BOXES_H
 
 #include <string>
+#include <vector>
 
 class TWindow;
 
@@ -26,5 +27,10 @@ struct TFileDialogData {
 bool FileOpenDialog(TWindow *owner, TFileDialogData &data);
 /// For a file to write: the path must exist, overwriting asks. The default extension is added to a bare name.
 bool FileSaveDialog(TWindow *owner, TFileDialogData &data);
+
+/// A dialog with a combo box that can be typed into, OK and "Abbrechen". `selected` is an entry, or -1 with
+/// what was typed in `text`; both are as they were where the user cancels.
+bool ComboQuestion(TWindow *owner, const char *caption, const std::vector<std::string> &entries, int &selected,
+                   std::string &text);
 
 #endif

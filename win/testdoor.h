@@ -9,6 +9,7 @@
 #include <vector>
 
 class TDecoratedFrame;
+class TModalFace;
 
 namespace testdoor
 {
@@ -40,29 +41,37 @@ std::vector<MenuEntry> Menu(TDecoratedFrame &frame, int popup); // from the left
 void ChooseMenu(TDecoratedFrame &frame, int id);
 bool ClickGadget(TDecoratedFrame &frame, int command); // false where the button is grey or missing
 
-/// The next modal box runs this once it is up; scripts queue. A box without a script is answered with its
-/// cancelling button and counted, so that a test never hangs.
+/// The next modal box runs this once it is up; scripts queue. A box that is still up behind its script takes
+/// the next one: a file dialog that refused a name, say. A box without a script is answered with its cancelling
+/// button and counted, so that a test never hangs.
 class ModalBox;
 void Script(std::function<void(ModalBox &)> script);
 int UnexpectedBoxes(); // since the last call
 int PendingScripts();  // scripts that no box has met, forgotten by this call
+/// Runs while the abort dialog of a print job shows that page, before the page is printed; "abort" has no other
+/// scripts and needs none. Page 0: when it comes up.
+void ScriptAbort(int page, std::function<void(ModalBox &)> script);
+/// Boxes are scripted from now on, or cancelled; without this (and off the screen-less platform, where nobody
+/// could answer) they wait for a person. Each of the functions above does it too.
+void Enable();
 
 class ModalBox
 {
 public:
-    std::string Kind() const;    // "message", "open", "save", "print", "popup", "dialog"
+    std::string Kind() const;    // "message", "open", "save", "print", "abort", "popup", "dialog"
     std::string Caption() const; // Windows-1252
-    std::string Text() const;    // of a message box; items of a popup menu, one a line
+    std::string Text() const;    // of a message box; items of a popup menu, entries of a combo box, one a line
     void Answer(int id);         // a button or menu item by its id; TBoxAnswer for boxes and dialogs
     void FileName(const std::string &nativePath); // what a file dialog or a print dialog's PDF field is told
     void Pages(int from, int to);                 // of the print dialog
-    std::string FileName() const;                 // what the field holds now
+    std::string FileName() const;                 // what the field holds now, UTF-8
+    void Select(int entry);                       // of a combo box, from 0
+    void Type(const std::string &text);           // into a combo box, Windows-1252
 
-    struct Impl;
-    explicit ModalBox(Impl &anImpl) : impl(anImpl) {}
+    explicit ModalBox(TModalFace &aFace) : face(aFace) {}
 
 private:
-    Impl &impl;
+    TModalFace &face;
 };
 
 } // namespace testdoor

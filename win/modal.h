@@ -1,0 +1,44 @@
+// How a modal box shows itself to the test door: whoever runs a modal loop puts a face over it and a scope
+// around the loop. Inside it the next script of the door runs, once the box is up. Without the door (see
+// testdoor::Enable) a scope does nothing: a user's box waits for the user.
+#ifndef WIN_MODAL_H
+#define WIN_MODAL_H
+
+#include <memory>
+#include <string>
+
+/// What a script can see of a box and do to it. Texts in Windows-1252, paths native. What a kind of box does
+/// not have stays as it is here: nothing happens.
+class TModalFace
+{
+public:
+    virtual ~TModalFace() = default;
+    virtual const char *Kind() const = 0; // as ModalBox::Kind() names them
+    virtual bool IsUp() const = 0;        // shown and not answered yet
+    virtual void Answer(int id) = 0;      // presses the button or takes the item; one that is grey does nothing
+    virtual void Cancel() = 0;            // as Esc does it
+    virtual std::string Caption() const { return {}; }
+    virtual std::string Text() const { return {}; }
+    virtual void SetFileName(const std::string &) {}
+    virtual std::string FileName() const { return {}; }
+    virtual void SetPages(int /*from*/, int /*to*/) {}
+    virtual void Select(int /*entry*/) {}
+    virtual void Type(const std::string &) {}
+};
+
+/// Made right before the modal loop starts, gone right after it. Scripts run one after another until the box is
+/// no longer up; where there is none left the box is cancelled and counted as unexpected.
+class TModalScope
+{
+public:
+    explicit TModalScope(TModalFace &face); // a view
+    ~TModalScope();
+    TModalScope(const TModalScope &) = delete;
+    TModalScope &operator=(const TModalScope &) = delete;
+
+private:
+    struct Watch;
+    std::shared_ptr<Watch> watch; // NULL without the door
+};
+
+#endif
