@@ -55,9 +55,9 @@ struct TEdcTextFrag {
 class TEdcText
 {
 public:
-    TEdcText() = default;
     TEdcText(const TEdcText &) = delete;
     TEdcText &operator=(const TEdcText &) = delete;
+    TEdcText();
     ~TEdcText();
 
     void SetText(const char *s);                               // the caller's, must outlive the text
