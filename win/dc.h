@@ -13,6 +13,8 @@
 class TSurface;
 class TWindow;
 
+inline constexpr int WIN_FAR = (1 << 30) - 1; // px from the surface's corner; nothing is placed beyond
+
 enum TTextAlign { WIN_TEXT_TOP, WIN_TEXT_BOTTOM, WIN_TEXT_BASELINE }; // what of the text stands at the given y
 
 struct TDCState {
@@ -89,6 +91,13 @@ public:
     virtual void Shape(const std::vector<Outline> &outlines, bool winding) = 0;
 
     void Line(TPoint from, TPoint to);
+
+    /// Where a pixel or a rectangle of the drawing lies on the surface: turned, then moved to the viewport.
+    /// What lies farther out than WIN_FAR is drawn in to it, so that no sum overflows.
+    TPoint ToSurface(TPoint p) const;
+    TRect ToSurface(const TRect &rect) const;
+    /// Likewise for a place of Shape(), in 1/16 px; (0, 0) is the corner of a pixel here.
+    TPoint SixteenthsToSurface(TPoint p) const;
 
 protected:
     TDCState state;

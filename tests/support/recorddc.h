@@ -1,7 +1,25 @@
 // A device context that draws nowhere and writes down what it is asked, one call a line, so that a test
 // compares layout and painting as text. Its fonts have fixed metrics: em = -height, or 4/5 of a cell height;
 // ascent = em, descent = a quarter of it; a character is em/2 wide, "i", "l", ".", "," and the blank em/4, "m"
-// and "W" 3/4 em, rounded, and one more in bold.
+// and "W" 3/4 em, rounded, and one more in bold. A cell of ascent plus descent gives the em back.
+//
+// A line is the call, its places on the surface, and of the state what shows in it:
+//
+//     Line 10,20 30,20 pen 000000
+//     Polyline 0,0 5,0 5,5 pen ff0000 3 dot on ffffff xor          width if not 1; gaps filled in opaque mode
+//     Polygon 0,0 9,0 9,9 pen none brush 00ff00
+//     Rect 0,0,10,10 pen 000000 brush none                         left, top, right, bottom
+//     Ellipse 0,0,10,10 pen 000000 brush hatch cross 0000ff at 3,4 brush origin if not 0,0
+//     Fill 0,0,10,10 brush pattern 000000/ffffff 8040201008040201
+//     Invert 0,0,10,10
+//     Text 10,20 "Länge" Arial -13 bold italic underline 000000 on ffffff bottom
+//     Bitmap 0,0,100,50 20x10
+//     Shape winding closed 0,0 160,0 160,160 open 16,16 32,32 pen 000000 brush none   1/16 px
+//     Palette 12                                                   number of entries
+//
+// Then come the mix if it is not copy and matters ("xor", "notxor", "invert" ...), "clip 0,0,50,50" and
+// "turn 1" where they are set. Colours are rrggbb; "on" is the background colour, in opaque mode. Texts are
+// UTF-8 here, with \", \\ and \x09 for what cannot stand as it is.
 #ifndef TESTS_SUPPORT_RECORDDC_H
 #define TESTS_SUPPORT_RECORDDC_H
 
