@@ -29,6 +29,9 @@ public:
 
     // Images only; the others answer 0 and do nothing.
     virtual TSize Size() const = 0;
+    /// A new extent and resolution; contexts on the surface stay good. What fits keeps its pixels, the rest is
+    /// white. Throws std::bad_alloc where the image cannot be had, the old one stays then.
+    virtual void Resize(TSize size, int dpi) = 0;
     virtual TColor Pixel(TPoint at) = 0;
     virtual bool SavePng(const char *path) = 0;
     /// Moves the picture by (dx, dy); what is uncovered keeps its old pixels.

@@ -63,7 +63,7 @@ public:
     bool IsCreated() const;
     TNativeWidget *Native() const; // NULL before Create()
     TWindow *Parent() const { return parent; }
-    void SetParent(TWindow *window) { parent = window; }
+    void SetParent(TWindow *window); // before Create()
     virtual void SetCaption(const char *text); // Windows-1252
     const std::string &Caption() const { return caption; }
 
@@ -125,7 +125,11 @@ protected:
     std::string caption;
     std::unique_ptr<TScroller> scroller;
     std::unique_ptr<Impl> impl; // the widget and its backing image
+
+private:
     friend class TScroller;
+    void ShiftPicture(int64_t dx, int64_t dy); // px; what comes into view is invalid
+    void ShowBars();                           // as the scroller stands
 };
 
 /// Maps scroll bars to a position in units. Track mode off: the thumb scrolls when it is let go. Auto mode off:
