@@ -36,6 +36,7 @@ public:
     void SetStatusWindow(TStatusBar *bar) { statusBar = bar; } // view; shows status texts, NULL for none
     TStatusBar *StatusWindow() const { return statusBar; }
     const std::string &Name() const { return name; }
+    void SetName(const char *aName) { name = aName; } // Windows-1252; heads captions and boxes
 
 private:
     struct Impl;

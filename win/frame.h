@@ -50,6 +50,10 @@ public:
     void EvCommand(int id) override;
     void EvCommandEnable(TCommandEnabler &ce) override;
     bool CanClose() override;
+    bool IdleAction(long idleCount) override;
+    bool MayCommand(int id); // asks its enabler now
+    /// Gives the command where it may be given. @return whether it did
+    bool TryCommand(int id);
     /// The command comes with the next turn of the loop.
     void PostCommand(int id);
     void CloseWindow(); // asks CanClose() first

@@ -44,6 +44,8 @@ public:
     void Create() override;
     /// Asks the frame for each button and shows the answers.
     void IdleEnable(TDecoratedFrame &frame);
+    /// As a click on the button does it. False where it is grey or there is none.
+    bool Press(int command);
 
 private:
     struct BarImpl;
@@ -53,9 +55,8 @@ private:
 class TStatusBar : public TWindow
 {
 public:
-    TStatusBar();
-    ~TStatusBar() override;
     void Create() override;
+    void Paint(TDC &dc, bool erase, const TRect &rect) override;
     /// Sets the text and paints the bar at once, without the message loop: progress shows during long work.
     void SetText(const char *text); // Windows-1252
     const std::string &Text() const { return text; }
@@ -64,10 +65,9 @@ public:
     const std::string &RightText() const { return rightText; }
 
 private:
-    struct StatusImpl;
+    void Show();
     std::string text;
     std::string rightText;
-    std::unique_ptr<StatusImpl> status;
 };
 
 #endif

@@ -15,7 +15,7 @@ const char *FindAccelerator(int command);
 std::span<const ResACCEL> Accelerators();
 const ResPICTURE *FindPicture(int id);
 
-enum { PICTURE_MAX = 1024 }; // px, the largest extent that pictures are drawn at
+inline constexpr int PICTURE_MAX = 1024; // px, the largest extent that pictures are drawn at
 
 /// A picture in pixels, for buttons, icons and cursors. What the drawing leaves free is transparent.
 struct TDrawnPicture {
