@@ -47,7 +47,7 @@ struct TEdcTextFrag {
     char *text = NULL; // the characters; not terminated
     int length = 0;
     TEdcTextFrag *next = NULL;
-    bool completed = false; // `text` is a cleaned copy; until then it points into the source
+    bool completed = false; // `text` is a cleaned copy; until then there is none
 };
 
 /// Text with inline markup: _subscript_, ^superscript^, ~ a blank that is no place to break, ! before a mark
@@ -89,6 +89,7 @@ private:
     void Parse(const char *s);
     void Break(TDC &dc, int breakMode, int maxWidth);
     void Align();
+    const char *FaceName() const { return fontName != NULL ? fontName : edcDefaultFont.name; }
     TFont FragmentFont(int style) const;
     friend struct TEdcTextBreaker;
 };
