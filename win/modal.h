@@ -4,8 +4,12 @@
 #ifndef WIN_MODAL_H
 #define WIN_MODAL_H
 
+#include "win/native.h"
+
 #include <memory>
 #include <string>
+
+class TWindow;
 
 /// What a script can see of a box and do to it. Texts in Windows-1252, paths native. What a kind of box does
 /// not have stays as it is here: nothing happens.
@@ -24,6 +28,7 @@ public:
     virtual void SetPages(int /*from*/, int /*to*/) {}
     virtual void Select(int /*entry*/) {}
     virtual void Type(const std::string &) {}
+    virtual std::string Typed() const { return {}; }
 };
 
 /// Made right before the modal loop starts, gone right after it. Scripts run one after another until the box is
@@ -40,5 +45,15 @@ private:
     struct Watch;
     std::shared_ptr<Watch> watch; // NULL without the door
 };
+
+/// The abort dialog of a print job runs the scripts for the page that it shows.
+void RunAbortScripts(TModalFace &face, int page);
+
+/// The face over a message box of the toolkit (a QMessageBox), ours or one of its own.
+std::unique_ptr<TModalFace> MessageBoxFace(TNativeWidget *box);
+
+/// What a modal box is put over: the modal box that is up, else the owner's window, else the main window's.
+/// NULL where there is no window.
+TNativeWidget *ModalParent(TWindow *owner);
 
 #endif

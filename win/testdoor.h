@@ -67,6 +67,7 @@ public:
     std::string FileName() const;                 // what the field holds now, UTF-8
     void Select(int entry);                       // of a combo box, from 0
     void Type(const std::string &text);           // into a combo box, Windows-1252
+    std::string Typed() const;                    // what the combo box shows
 
     explicit ModalBox(TModalFace &aFace) : face(aFace) {}
 
