@@ -226,6 +226,9 @@ int EdcLogoNodesInUse(); // for tests and the closing check
 
 /// The image of a logo file beside the program, checked. NULL and XFOPEN where it is missing or unfit.
 std::unique_ptr<TMetafile> LoadLogo(const char *fname);
+/// A picture as a logo file holds one: an enhanced, placeable or plain metafile, told by its bytes. NULL and
+/// XFOPEN where it is missing or unfit.
+std::unique_ptr<TMetafile> LoadLogoPicture(const char *mfpath);
 /// Where LoadLogo looks: the program's folder by default; NULL brings that back.
 void SetLogoDirectory(const char *directory);
 /// Writes the logo file `lfpath` from the metafile `mfpath`. XFCREATE where that fails.
