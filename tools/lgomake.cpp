@@ -1,0 +1,104 @@
+// lgomake: makes a logo file from a metafile. The picture is read before anything is written, and the logo
+// behind it, so that what stands at the end is a logo that the program shows.
+#include "lib/xassert.h"
+#include "tools/console.h"
+#include "usr/edcitem.h"
+#include "win/metafile.h"
+
+#include <CLI/CLI.hpp>
+
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+
+#include "lib/xon.h"
+
+namespace
+{
+enum { DONE = 0, FAILED = 1, MISUSED = 2 }; // exit status
+
+void CheckBack(const CdeFILENAME &logo)
+{
+    __enter
+        CdeFILENAME folder = logo;
+        folder.CutName();
+        SetLogoDirectory(folder.IsBlank() ? "." : static_cast<const char *>(folder)); __test;
+        LoadLogo(logo.GetName()); __test;
+    __point
+    __treat
+}
+
+int Misused(const char *text)
+{
+    std::fprintf(stderr, "%s\nAufruf: lgomake BILD LOGO\n", text);
+    return MISUSED;
+}
+
+int Make(const std::string &picturePath, const std::string &logoPath)
+{
+    std::error_code unknown; // of files that are not there
+    if (std::filesystem::equivalent(picturePath, logoPath, unknown))
+        return Misused("Das Bild würde durch seine eigene Logodatei ersetzt.");
+    int status = FAILED;
+    __enter
+        CdeFILENAME picture, logo;
+        ConsoleName(picture, picturePath.c_str(), XFOPEN); __test;
+        ConsoleName(logo, logoPath.c_str(), XFCREATE); __test;
+        LoadLogoPicture(picture); __test;
+        MakeLogo(logo, picture); __test;
+        CheckBack(logo); __test;
+        status = DONE;
+    __point
+        __repair;
+        __report;
+    __treat
+    return status;
+}
+
+void SpeakGerman(CLI::App &app)
+{
+    auto format = std::make_shared<CLI::Formatter>();
+    format->label("Usage", "Aufruf");
+    format->label("OPTIONS", "OPTIONEN");
+    format->label("Positionals", "Argumente");
+    format->label("REQUIRED", "");
+    app.formatter(format);
+    app.set_help_flag("-h,--help", "zeigt diese Hilfe");
+    app.get_help_ptr()->group("Optionen");
+}
+
+int Start(int argc, char **argv)
+{
+    int status = FAILED;
+    __enter
+        std::string picture, logo;
+        CLI::App app(
+            "Macht aus einer Metadatei (.emf, .wmf) eine Logodatei (.lgo). Die Logodatei merkt sich ihren "
+            "Namen: Wird sie umbenannt, zeigt das Programm sie nicht mehr.",
+            "lgomake");
+        SpeakGerman(app);
+        app.add_option("BILD", picture, "Metadatei")->required()->type_name("");
+        app.add_option("LOGO", logo, "Logodatei, Name mit höchstens 31 Zeichen")->required()->type_name("");
+        try {
+            app.parse(argc, argv);
+            status = Make(picture, logo);
+        } catch (const CLI::CallForHelp &) {
+            ConsoleWrite(app.help()); __test;
+            status = DONE;
+        } catch (const CLI::ParseError &) {
+            status = Misused("Genau ein Bild und eine Logodatei werden gebraucht.");
+        }
+    __point
+        __repair;
+        __report;
+        status = FAILED;
+    __treat
+    return status;
+}
+} // namespace
+
+int main(int argc, char **argv)
+{
+    ConsoleStart();
+    return Start(argc, argv);
+}
