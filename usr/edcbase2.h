@@ -44,6 +44,7 @@ public:
     void EvSize(TSizeKind kind, TSize size) override;
     void EvSetFocus() override;
     void EvKeyDown(TVirtualKey key, unsigned keys) override;
+    void EvDropFile(const char *name) override;
     void EvCaptureLost() override;
 
     // Staleness.
@@ -111,10 +112,18 @@ public:
     TEdcSize page; // inches; paper less margins; base of every linked block
 
 private:
+    TPoint lastPoint;         // window px, of the last mouse message
+    double wheelRest = 0;     // notches with Ctrl that have not made a percent
+    bool captureLost = false; // while a failure was being reported; the gesture is still to be ended
+    bool refreshing = false;  // a level is being worked off
+
     // edcbase2_chain.cpp
     static TEdcBlock *GroupFirst(TEdcBlock *blk);
     static TEdcBlock *GroupLast(TEdcBlock *blk);
+    bool IsInChain(const TEdcBlock *wanted) const;
+    TEdcBlock *PlaceInChain(TEdcBlock *anchor, bool after) const;
     void UpdatePage();
+    void PlaceScales();
     // edcbase2_flow.cpp
     void FlowBlocks(TDC &dc);
     void LayoutOpened(TDC &dc, TEdcZoom *zoom);
@@ -131,7 +140,9 @@ private:
     void CommandPrint();
     void CommandZoom();
     bool AskFileName(bool save, char *name, int max);
-    void SetPath(const char *name);
+    void OpenNamed(const char *name);
+    void ShutDocument();
+    void TakePath(std::unique_ptr<char[]> &name);
     void UpdateCaption();
     void ShowNoDocument();
     // edcbase2_mouse.cpp
@@ -141,20 +152,35 @@ private:
         TOOL_LEFT_DOUBLE,
         TOOL_RIGHT_DOWN,
         TOOL_RIGHT_UP,
-        TOOL_MOVE
+        TOOL_MOVE,
+        TOOL_OUTSIDE
     };
+    using MouseWork = void (TEdcDocument::*)(unsigned keys, TPoint point);
+    void MouseMessage(MouseWork work, unsigned keys, TPoint point);
+    void LeftDown(unsigned keys, TPoint point);
+    void LeftUp(unsigned keys, TPoint point);
+    void LeftDouble(unsigned keys, TPoint point);
+    void RightDown(unsigned keys, TPoint point);
+    void RightUp(unsigned keys, TPoint point);
+    void MouseMove(unsigned keys, TPoint point);
     void CallTool(ToolEvent event, unsigned keys, TPoint point);
     void PrepareOpenedDC();
     void UpdateAutoScroll(TPoint point);
     void PressCapture();
     void ReleaseIfUp();
+    void EndGesture();
+    void ZoomAt(TPoint point, double notches);
     // edcbase2.cpp
     void Work();
+    void DropUnusable();
     void UpdateBlocks(bool partial);
+    void LayoutScreen();
     void SetScrollRange();
     void ApplyScroll();
+    TPoint StandsAt() const; // document units at scale 1; what is still to be applied counts
     void PaintBlocks(TDC &dc, const TRect &rect);
     void DrawSelection(TDC &dc);
+    void ToggleSelection();
     bool IsUsable(const TEdcBlock *blk) const; // linked and selectable
 };
 
