@@ -210,6 +210,8 @@ public:
     void EndPrinting() override;
 
 private:
+    void Lock();
+
     TEdcDocument &doc;
     bool locked = false; // by this printout
 };

@@ -22,11 +22,13 @@ public:
     virtual void PrintPage(int page, const TRect &rect, unsigned flags) = 0; // rect: the printable area
     virtual void EndPrinting() = 0; // always, once BeginPrinting was called
     const std::string &Title() const { return title; }
+    bool HasFailed() const { return failed; }
     void SetDC(TDC *aDc) { dc = aDc; }
 
 protected:
-    std::string title; // Windows-1252
-    TDC *dc = NULL;    // view
+    std::string title;   // Windows-1252
+    TDC *dc = NULL;      // view
+    bool failed = false; // set by a callback that has reported a failure itself: the job ends
 };
 
 enum TPrintResult {

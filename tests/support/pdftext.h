@@ -23,5 +23,6 @@ struct PdfPage {
 std::vector<PdfPage> PdfPages(const std::string &path);
 std::vector<PdfWord> PdfWords(const std::string &path);
 std::vector<PdfImage> PdfImages(const std::string &path);
+std::string PdfTitle(const std::string &path); // UTF-8
 
 #endif
