@@ -13,7 +13,7 @@ class TStatusBar;
 class TApplication
 {
 public:
-    /// One at a time. Installs the sinks of lib/platform.h; the destructor takes them off.
+    /// One at a time. Installs the services of lib/platform.h; the destructor brings the former ones back.
     TApplication(const char *name, int &argc, char **argv);
     TApplication(const TApplication &) = delete;
     TApplication &operator=(const TApplication &) = delete;
@@ -46,7 +46,13 @@ private:
     std::unique_ptr<Impl> impl;
 };
 
-/// Milliseconds of a clock that only goes forward.
+/// The platform's services for lib/platform.h: message boxes, the status line, German order, dates and
+/// currency, the end of the process. Twice is once.
+void InstallServices();
+/// Brings back what was there before.
+void RemoveServices();
+
+/// Milliseconds since the program asked first; starts again at 0 after 24 days.
 int WinTickCount();
 /// Folder of the executable in the system's form, with a closing backslash; empty where it cannot be expressed.
 const std::string &WinProgramDirectory();

@@ -1,0 +1,211 @@
+#include "win/application.h"
+#include "win/guard.h"
+
+#include "lib/charstr.h"
+#include "lib/disk.h"
+#include "lib/platform.h"
+#include "win/boxes.h"
+#include "win/gadgets.h"
+#include "win/utf8.h"
+
+#include <QApplication>
+#include <QCollator>
+#include <QDate>
+#include <QLocale>
+#include <chrono>
+#include <climits>
+#include <cstdlib>
+#include <unistd.h>
+
+#include "lib/xon.h"
+
+namespace
+{
+const QLocale &German()
+{
+    static const QLocale locale(QLocale::German, QLocale::Germany);
+    return locale;
+}
+
+QString ToQt(const char *text)
+{
+    QString converted;
+    for (const char *s = text; *s != EOS; ++s)
+        converted += QChar(static_cast<char16_t>(ChrCode(*s)));
+    return converted;
+}
+
+void ShowMessage(const char *text, bool error)
+{
+    if (error)
+        WinBeep();
+    TApplication *application = TApplication::Current();
+    MessageBox(NULL, text, application ? application->Name().c_str() : "", WIN_BOX_OK,
+               error ? WIN_ICON_STOP : WIN_ICON_INFORMATION);
+}
+
+void ShowStatus(const char *text, bool beep)
+{
+    if (beep)
+        WinBeep();
+    TApplication *application = TApplication::Current();
+    if (application && application->StatusWindow())
+        application->StatusWindow()->SetText(text);
+}
+
+/// Nothing is saved or repaired, no destructor runs.
+void EndAtOnce()
+{
+    std::_Exit(EXIT_FAILURE);
+}
+
+int CollateGerman(const char *s1, const char *s2, bool ignoreCase)
+{
+    static QCollator exact(German());
+    static QCollator relaxed = [] {
+        QCollator collator(German());
+        collator.setCaseSensitivity(Qt::CaseInsensitive);
+        return collator;
+    }();
+    return (ignoreCase ? relaxed : exact).compare(ToQt(s1), ToQt(s2));
+}
+
+/// The locale's own short form has two digits for the year; the reports want all four.
+QString ShortDateFormat()
+{
+    QString format = German().dateFormat(QLocale::ShortFormat);
+    return format.contains("yyyy") ? format : format.replace("yy", "yyyy");
+}
+
+void GermanDate(int year, int month, int day, char *text, int max)
+{
+    static const QString format = ShortDateFormat();
+    QString shown = German().toString(QDate(year, month, day), format);
+    StrCopy(text, FromUtf8(shown.toUtf8().constData()).c_str(), max);
+}
+
+const char *GermanCurrency()
+{
+    static const std::string symbol =
+        FromUtf8(German().currencySymbol(QLocale::CurrencySymbol).toUtf8().constData());
+    return symbol.c_str();
+}
+
+std::string FindProgramDirectory()
+{
+    char native[NATIVE_MAX];
+    char name[NATIVE_MAX];
+    ssize_t length = readlink("/proc/self/exe", native, sizeof native - 1);
+    if (length <= 0)
+        return {};
+    native[length] = EOS;
+    if (!NameFromNative(name, native, sizeof name))
+        return {};
+    std::string directory(name);
+    return directory.substr(0, directory.rfind('\\') + 1);
+}
+} // namespace
+
+/// What lib/platform.h named before.
+struct TServices {
+    MessageSink message;
+    StatusSink status;
+    TerminateSink terminate;
+    CollateSink collate;
+    ShortDateSink shortDate;
+    const char *currency;
+};
+
+namespace
+{
+TServices former;
+bool installed = false;
+} // namespace
+
+void InstallServices()
+{
+    if (installed)
+        return;
+    former.message = SetMessageSink(ShowMessage);
+    former.status = SetStatusSink(ShowStatus);
+    former.terminate = SetTerminateSink(EndAtOnce);
+    former.collate = SetCollateSink(CollateGerman);
+    former.shortDate = SetShortDateSink(GermanDate);
+    former.currency = SetCurrencySymbol(GermanCurrency());
+    installed = true;
+}
+
+void RemoveServices()
+{
+    if (!installed)
+        return;
+    SetMessageSink(former.message);
+    SetStatusSink(former.status);
+    SetTerminateSink(former.terminate);
+    SetCollateSink(former.collate);
+    SetShortDateSink(former.shortDate);
+    SetCurrencySymbol(former.currency);
+    installed = false;
+}
+
+int WinTickCount()
+{
+    using namespace std::chrono;
+    static const steady_clock::time_point start = steady_clock::now();
+    int64_t passed = duration_cast<milliseconds>(steady_clock::now() - start).count();
+    return static_cast<int>(passed & INT_MAX);
+}
+
+const std::string &WinProgramDirectory()
+{
+    static const std::string directory = FindProgramDirectory();
+    return directory;
+}
+
+void WinBeep()
+{
+    if (qGuiApp)
+        QApplication::beep();
+}
+
+TWaitCursor::TWaitCursor()
+{
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+}
+
+TWaitCursor::~TWaitCursor()
+{
+    QGuiApplication::restoreOverrideCursor();
+}
+
+void GuardedCall(const std::function<void()> &handler)
+{
+    __enter
+        handler(); __test;
+    __point
+        __repair;
+        __report;
+    __treat
+}
+
+XCODE GuardedFailure(const std::function<void()> &handler)
+{
+    XCODE failed = XNULL;
+    __enter
+        handler(); __test;
+    __point
+        __repair;
+        failed = xRepaired;
+    __treat
+    return failed;
+}
+
+void ReportFailure(XCODE code)
+{
+    __enter
+        xRepaired = code;
+        xHit = 0;
+        __report;
+    __point
+    __treat
+}

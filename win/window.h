@@ -63,7 +63,7 @@ public:
     bool IsCreated() const;
     TNativeWidget *Native() const; // NULL before Create()
     TWindow *Parent() const { return parent; }
-    void SetParent(TWindow *window); // before Create()
+    void SetParent(TWindow *window);           // before Create()
     virtual void SetCaption(const char *text); // Windows-1252
     const std::string &Caption() const { return caption; }
 
@@ -145,10 +145,12 @@ public:
     int YRange() const { return yRange; }
     int XLine() const { return xLine; }
     int YLine() const { return yLine; }
+    int XPage() const; // what the client area shows, at least 1
+    int YPage() const;
     void SetLine(int x, int y);
     void SetRange(int x, int y); // at least 1; the position is limited to it
     void ScrollTo(int x, int y); // limited; moves the picture and paints the uncovered strips
-    void ScrollBy(int dx, int dy) { ScrollTo(xPos + dx, yPos + dy); }
+    void ScrollBy(int dx, int dy);
     bool autoMode = true;
     bool trackMode = true;
 
@@ -158,6 +160,8 @@ private:
     int xPos = 0, yPos = 0;
     int xRange, yRange;
     int xLine = 1, yLine = 1;
+    double xRest = 0, yRest = 0; // what a fine wheel has moved short of a unit
+    friend class TWindow;
 };
 
 #endif
