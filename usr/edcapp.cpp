@@ -8,6 +8,7 @@
 #include "win/frame.h"
 #include "win/gadgets.h"
 #include "win/resources.h"
+#include "lib/xon.h"
 
 namespace
 {
@@ -19,7 +20,7 @@ int TEdcApplication::iconId = 0;
 int TEdcApplication::menuId = 0;
 TControlBar *TEdcApplication::toolBar = NULL;
 TStatusBar *TEdcApplication::statusBar = NULL;
-void (*TEdcApplication::startUp)() = NULL;
+void (*TEdcApplication::startUp)() = [] {};
 
 TEdcApplication::TEdcApplication(int &argc, char **argv) : TApplication(title, argc, argv)
 {
@@ -42,19 +43,22 @@ TEdcApplication::~TEdcApplication()
 
 void TEdcApplication::InitMainWindow()
 {
-    if (startUp)
-        startUp();
-    ASSERT(appDocumentWin != NULL);
-    SetName(title);
-    frame = std::make_unique<TDecoratedFrame>(title, *appDocumentWin);
-    SetMainWindow(frame.get());
-    frame->SetIcon(iconId);
-    frame->AssignMenu(menuId);
-    if (statusBar)
-        frame->Insert(*statusBar, TDecoratedFrame::BOTTOM);
-    if (toolBar)
-        frame->Insert(*toolBar, TDecoratedFrame::TOP);
-    SetStatusWindow(statusBar);
+    __enter
+        startUp(); __test;
+        ASSERT(appDocumentWin != NULL);
+        SetName(title);
+        frame = std::make_unique<TDecoratedFrame>(title, *appDocumentWin);
+        frame->SetIcon(iconId);
+        frame->AssignMenu(menuId);
+        if (statusBar)
+            frame->Insert(*statusBar, TDecoratedFrame::BOTTOM);
+        if (toolBar)
+            frame->Insert(*toolBar, TDecoratedFrame::TOP);
+        SetStatusWindow(statusBar);
+        SetMainWindow(frame.get());
+    __point
+        frame.reset();
+    __treat
 }
 
 TEdcDocument *AppDocument()

@@ -24,7 +24,7 @@ public:
     static int menuId;
     static TControlBar *toolBar; // views; the frame shows them where they are set
     static TStatusBar *statusBar;
-    /// The start-up code: fills the settings and sets the document.
+    /// The start-up code: fills the settings and sets the document. A failure ends the program.
     static void (*startUp)();
 
 private:

@@ -1,5 +1,6 @@
 #include "win/frame.h"
 
+#include "lib/xfail.h"
 #include "win/application.h"
 #include "win/gadgets.h"
 #include "win/guard.h"
@@ -14,12 +15,15 @@
 #include <QKeySequence>
 #include <QMainWindow>
 #include <QMenuBar>
-#include <QPointer>
 #include <QScreen>
+#include <QTimer>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace
 {
+enum { RETRY_TIME = 20 }; // ms between two looks whether a posted command may come
+
 struct TKeyCommand {
     QKeyCombination key;
     int command;
@@ -94,28 +98,21 @@ QString TitleText(const char *caption)
 } // namespace
 
 struct TDecoratedFrame::FrameImpl {
-    struct Part {
-        TWindow *window;          // view
-        QPointer<QWidget> widget; // NULL once the window is gone
-    };
     struct Bar {
         TWindow *window; // view
         Place place;
     };
 
-    TFrameWidget *widget = NULL; // owned by the window
+    TFrameWidget *widget = NULL; // owned by the window; takes the widgets of client and bars along
     std::vector<Bar> bars;
-    std::vector<Part> parts; // what became a child
     int menuId = 0;
     int iconId = 0;
     QObject mailbox; // where posted commands wait
 
-    void AddPart(TWindow &window, QVBoxLayout &column, int stretch)
+    static void AddPart(TWindow &window, QVBoxLayout &column, int stretch)
     {
         window.Create();
-        auto *part = reinterpret_cast<QWidget *>(window.Native());
-        column.addWidget(part, stretch);
-        parts.push_back({&window, part});
+        column.addWidget(reinterpret_cast<QWidget *>(window.Native()), stretch);
     }
 
     void AddBars(QVBoxLayout &column, Place place)
@@ -145,6 +142,15 @@ struct TDecoratedFrame::FrameImpl {
             SetNativeIcon(reinterpret_cast<TNativeWidget *>(static_cast<QWidget *>(widget)), iconId);
     }
 
+    /// A posted command waits until nothing modal is up: a failure over a repair section would end the process.
+    void Deliver(TDecoratedFrame &owner, int id)
+    {
+        if (xDepth == 0 && !XPending() && !QApplication::activeModalWidget() &&
+            !QApplication::activePopupWidget())
+            return owner.EvCommand(id);
+        QTimer::singleShot(RETRY_TIME, &mailbox, [this, &owner, id] { Deliver(owner, id); });
+    }
+
     /// Most of the screen, and all of the frame on a screen of 1024 x 768.
     void SetSize()
     {
@@ -159,16 +165,7 @@ TDecoratedFrame::TDecoratedFrame(const char *title, TWindow &aClient)
     client.SetParent(this);
 }
 
-/// Client and bars are not ours: their widgets leave ours before it goes.
-TDecoratedFrame::~TDecoratedFrame()
-{
-    for (const FrameImpl::Part &part : frame->parts) {
-        if (!part.widget)
-            continue;
-        part.widget->setParent(NULL);
-        part.window->SetParent(NULL);
-    }
-}
+TDecoratedFrame::~TDecoratedFrame() = default;
 
 void TDecoratedFrame::AssignMenu(int menuId)
 {
@@ -252,6 +249,14 @@ bool TDecoratedFrame::TryCommand(int id)
         return false;
     EvCommand(id);
     return true;
+}
+
+bool TDecoratedFrame::PressGadget(int command)
+{
+    return std::any_of(frame->bars.begin(), frame->bars.end(), [command](const FrameImpl::Bar &bar) {
+        auto *controls = dynamic_cast<TControlBar *>(bar.window);
+        return controls && controls->Press(command);
+    });
 }
 
 void TDecoratedFrame::PostCommand(int id)

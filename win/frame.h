@@ -54,7 +54,9 @@ public:
     bool MayCommand(int id); // asks its enabler now
     /// Gives the command where it may be given. @return whether it did
     bool TryCommand(int id);
-    /// The command comes with the next turn of the loop.
+    /// As a click on the bar's button does it. @return false where it is grey or there is none
+    bool PressGadget(int command);
+    /// The command comes with a later turn of the loop, once nothing modal is up.
     void PostCommand(int id);
     void CloseWindow(); // asks CanClose() first
     /// Command enabling of all bars.

@@ -11,6 +11,7 @@
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QPalette>
+#include <QPointer>
 #include <QToolButton>
 #include <algorithm>
 
@@ -81,7 +82,7 @@ TColor PaletteColor(QPalette::ColorRole role)
 struct TControlBar::BarImpl {
     TGadgetWindowFont font;
     std::vector<std::unique_ptr<TGadget>> gadgets;
-    std::vector<TBarButton *> buttons; // owned by the bar's widget
+    std::vector<QPointer<TBarButton>> buttons; // owned by the bar's widget, which the frame's takes along
 
     /// The first separator of a run is a line, each further one widens the gap.
     void AddSeparator(QWidget &widget, QHBoxLayout &row, bool first)
@@ -144,6 +145,7 @@ void TControlBar::Create()
     auto *row = new QHBoxLayout(widget);
     row->setContentsMargins(4, 2, 4, 2);
     row->setSpacing(1);
+    bar->buttons.clear();
     bar->AddGadgets(*this, *widget, *row);
     widget->show();
 }
@@ -151,6 +153,8 @@ void TControlBar::Create()
 void TControlBar::IdleEnable(TDecoratedFrame &frame)
 {
     for (TBarButton *button : bar->buttons) {
+        if (!button)
+            continue;
         TCommandEnabler enabler(button->command);
         frame.EvCommandEnable(enabler);
         button->setEnabled(enabler.IsAnswered() && enabler.IsEnabled());
@@ -162,7 +166,7 @@ void TControlBar::IdleEnable(TDecoratedFrame &frame)
 bool TControlBar::Press(int command)
 {
     auto *frame = dynamic_cast<TDecoratedFrame *>(Parent());
-    auto known = [command](const TBarButton *button) { return button->command == command; };
+    auto known = [command](const TBarButton *button) { return button && button->command == command; };
     return frame && std::any_of(bar->buttons.begin(), bar->buttons.end(), known) && frame->TryCommand(command);
 }
 
