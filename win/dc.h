@@ -13,7 +13,7 @@
 class TSurface;
 class TWindow;
 
-inline constexpr int WIN_FAR = (1 << 30) - 1; // px from the surface's corner; nothing is placed beyond
+inline constexpr int WIN_FAR = (1 << 30) - (1 << 16); // px from the surface's corner; nothing is placed beyond
 
 enum TTextAlign { WIN_TEXT_TOP, WIN_TEXT_BOTTOM, WIN_TEXT_BASELINE }; // what of the text stands at the given y
 

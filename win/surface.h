@@ -40,6 +40,14 @@ public:
     virtual void BlitTo(TNativePainter *painter, const TRect &part, double ratio) = 0;
     virtual void EndPainting() = 0;
 
+    // For the contexts.
+    /// Where drawing can be seen; empty on a measuring surface.
+    virtual TRect Reach() const = 0;
+    /// The painter, clipped to `clip` (NULL: to nothing), begun where it was not. Whoever draws sets pen, brush
+    /// and mix and leaves it with no transform and no smoothing. NULL where nothing is painted.
+    virtual TNativePainter *Painter(const TRect *clip) = 0;
+    virtual void AddDamage(const TRect &rect) = 0; // images only
+
     /// Bounds of what was drawn since the last call; empty where nothing was.
     virtual TRect TakeDamage() = 0;
     /// Called when drawing makes the damage non-empty; a window asks for a paint event then.
