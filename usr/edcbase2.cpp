@@ -244,6 +244,8 @@ void TEdcDocument::PrepareDC(TDC &dc) const
         dc.SelectPalette(*compal);
 }
 
+/// What fails in it travels on to the window, which shows it behind the paint event: no box may open within
+/// one.
 void TEdcDocument::Paint(TDC &dc, bool, const TRect &rect)
 {
     __enter
@@ -253,17 +255,13 @@ void TEdcDocument::Paint(TDC &dc, bool, const TRect &rect)
             PaintBlocks(dc, rect); __test;
         }
     __point
-        __repair;
-        __report;
     __treat
 }
 
-/// Nothing is drawn outside the invalid rectangle: an exclusive-or frame there would erase the one that stands.
 void TEdcDocument::PaintBlocks(TDC &dc, const TRect &rect)
 {
     __enter
         PrepareDC(dc);
-        dc.SetClip(rect);
         TDCState fresh = dc.State();
         TRect wanted = ToDocument(rect);
         for (TEdcBlock *blk = openedBlk ? openedBlk : blocks; blk; blk = openedBlk ? NULL : blk->next) {

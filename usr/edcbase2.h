@@ -112,10 +112,9 @@ public:
     TEdcSize page; // inches; paper less margins; base of every linked block
 
 private:
-    TPoint lastPoint;         // window px, of the last mouse message
-    double wheelRest = 0;     // notches with Ctrl that have not made a percent
-    bool captureLost = false; // while a failure was being reported; the gesture is still to be ended
-    bool refreshing = false;  // a level is being worked off
+    TPoint lastPoint;        // window px, of the last mouse message
+    double wheelRest = 0;    // notches with Ctrl that have not made a percent
+    bool refreshing = false; // a level is being worked off
 
     // edcbase2_chain.cpp
     static TEdcBlock *GroupFirst(TEdcBlock *blk);

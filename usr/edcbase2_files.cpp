@@ -3,9 +3,9 @@
 #include "lib/cde.h"
 #include "lib/charstr.h"
 #include "lib/xassert.h"
-#include "usr/edcapp.h"
 #include "usr/edcbase2.h"
 #include "usr/edcutils.h"
+#include "win/application.h"
 #include "win/boxes.h"
 #include "win/frame.h"
 
@@ -52,11 +52,8 @@ void ExtensionOf(const char *szFileType, char *extension, int max)
     StrLower(extension);
 }
 
-/// What the user sees as the program's name.
 const char *ApplicationName()
 {
-    if (TEdcApplication::title[0] != EOS)
-        return TEdcApplication::title;
     return TApplication::Current() ? TApplication::Current()->Name().c_str() : "";
 }
 

@@ -51,7 +51,7 @@ void TEdcDocument::MouseMessage(MouseWork work, unsigned keys, TPoint point)
         __repair;
         __report;
     __treat
-    if (failed || captureLost)
+    if (failed)
         EndGesture();
 }
 
@@ -245,7 +245,6 @@ void TEdcDocument::EndGesture()
     bool left = leftDown > 0;
     bool right = rightDown > 0;
     bool inside = !autoScroll;
-    captureLost = false;
     leftDown = rightDown = BUTTON_UP;
     __enter
         if (inside && (left || right)) {
@@ -266,13 +265,8 @@ void TEdcDocument::EndGesture()
     ReleaseIfUp();
 }
 
-/// While a failure is being reported the tools rest; what reports it ends the gesture.
 void TEdcDocument::EvCaptureLost()
 {
-    if (xDepth > 0) {
-        captureLost = true;
-        return;
-    }
     __enter
         EndGesture();
         Refresh(0); __test;
@@ -285,10 +279,6 @@ void TEdcDocument::EvCaptureLost()
 bool TEdcDocument::IdleAction(long idleCount)
 {
     bool more = false;
-    if (xDepth > 0)
-        return more;
-    if (captureLost)
-        EvCaptureLost();
     __enter
         more = TWindow::IdleAction(idleCount); __test;
         if (autoScroll && Scroller() && ElapsedSince(scrollTick) > AUTOSCROLL_PAUSE) {
