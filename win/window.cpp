@@ -612,7 +612,7 @@ void TWindow::SetCaption(const char *text)
 {
     caption = text;
     if (impl->widget && impl->widget->isWindow())
-        impl->widget->setWindowTitle(QString::fromStdString(ToUtf8(text)));
+        impl->widget->setWindowTitle(QString::fromStdString(ToUtf8(text)).replace("[*]", "[*][*]"));
 }
 
 TRect TWindow::GetClientRect() const
