@@ -113,39 +113,42 @@ const Case cases[] = {
     {"an asked row begins below", {{3, 2}, {3, 2, ROW}}, {"0,0 300x200", "0,200 300x200"}},
     {"an automatic width takes the rest of the row", {{3, 2}, {0, 1}}, {"0,0 300x200", "300,0 700x100"}},
     {"an automatic height takes the page", {{3, 0}}, {"0,0 300x2000"}},
-    {"a measured height counts", {{0, 0, 0, 0, 0, 0, 0, 1.5}, {0, 1}}, {"0,0 1000x150", "0,150 1000x100"}},
+    {"a measured height counts", {{0, 0, 0, 0, 0, 0, 0, 1.5}, {10, 1}}, {"0,0 1000x150", "0,150 1000x100"}},
     {"margins keep a distance",
      {{3, 2, 0, 0.5, 0.25, 0.75, 1}, {3, 2}, {0, 1, ROW}},
      {"50,25 300x200", "425,0 300x200", "0,325 1000x100"}},
     {"wider than the page is clamped", {{50, 2}}, {"0,0 1000x200"}},
     {"a margin takes from the width", {{50, 2, 0, 1}}, {"100,0 900x200"}},
     {"what overflows the page begins the next one, without a gap on the screen",
-     {{0, 15}, {0, 8}},
+     {{10, 15}, {10, 8}},
      {"0,0 1000x1500", "0,1500 1000x800 page"}},
-    {"what fills the page exactly stays on it", {{0, 15}, {0, 5}}, {"0,0 1000x1500", "0,1500 1000x500"}},
-    {"an asked page is marked", {{0, 2}, {0, 2, PAGE}}, {"0,0 1000x200", "0,200 1000x200 page"}},
-    {"also on the first block", {{0, 2, PAGE}}, {"0,0 1000x200 page"}},
+    {"what fills the page exactly stays on it", {{10, 15}, {10, 5}}, {"0,0 1000x1500", "0,1500 1000x500"}},
+    {"an asked page is marked", {{10, 2}, {10, 2, PAGE}}, {"0,0 1000x200", "0,200 1000x200 page"}},
+    {"also on the first block", {{10, 2, PAGE}}, {"0,0 1000x200 page"}},
     {"a row that overflows as a whole goes over with its last block only",
      {{5, 15}, {5, 18}, {5, 3}},
      {"0,0 500x1500", "500,0 500x1800", "0,1800 500x300 page"}},
     {"a heading is kept with what follows it",
-     {{0, 15}, {0, 1, KEEP}, {0, 8}},
+     {{10, 15}, {10, 1, KEEP}, {10, 8}},
      {"0,0 1000x1500", "0,1500 1000x100 page", "0,1600 1000x800"}},
     {"two headings likewise",
-     {{0, 14}, {0, 1, KEEP}, {0, 1, KEEP}, {0, 8}},
+     {{10, 14}, {10, 1, KEEP}, {10, 1, KEEP}, {10, 8}},
      {"0,0 1000x1400", "0,1400 1000x100 page", "0,1500 1000x100", "0,1600 1000x800"}},
     {"what is kept fills the new page from its top",
-     {{0, 15}, {0, 1, KEEP}, {0, 8}, {0, 12}},
+     {{10, 15}, {10, 1, KEEP}, {10, 8}, {10, 12}},
      {"0,0 1000x1500", "0,1500 1000x100 page", "0,1600 1000x800", "0,2400 1000x1200 page"}},
     {"kept blocks that would not fit on one page leave the mark",
-     {{0, 5}, {0, 14, KEEP}, {0, 8}},
+     {{10, 5}, {10, 14, KEEP}, {10, 8}},
      {"0,0 1000x500", "0,500 1000x1400", "0,1900 1000x800 page"}},
     {"an automatic height counts with its margins only when keeping",
-     {{0, 12}, {0, 0, KEEP, 0, 0, 0, 0, 7}, {0, 14}},
+     {{10, 12}, {10, 0, KEEP, 0, 0, 0, 0, 7}, {10, 14}},
      {"0,0 1000x1200", "0,1200 1000x700 page", "0,1900 1000x1400"}},
     {"an asked page does not pull what is kept",
-     {{0, 2}, {0, 1, KEEP}, {0, 2, PAGE}},
+     {{10, 2}, {10, 1, KEEP}, {10, 2, PAGE}},
      {"0,0 1000x200", "0,200 1000x100", "0,300 1000x200 page"}},
+    {"an automatic width behind a full row has nothing left",
+     {{10, 2}, {0, 1}},
+     {"0,0 1000x200", "1000,0 0x100"}},
 };
 
 TEST_F(Flow, FollowsTheTable)
@@ -338,7 +341,7 @@ public:
 TEST_F(Flow, PrintsEachPageFromItsOwnTop)
 {
     std::string log;
-    const Wish wishes[] = {{5, 15}, {4, 2, 0, 0.5, 0.25}, {0, 1, KEEP}, {0, 8}, {3, 3, PAGE, 1, 1}};
+    const Wish wishes[] = {{5, 15}, {4, 2, 0, 0.5, 0.25}, {10, 1, KEEP}, {10, 8}, {3, 3, PAGE, 1, 1}};
     char name = 'a';
     for (const Wish &wish : wishes)
         doc.LinkBlock(new NotedBlock(wish, log, name++), NULL, true);
@@ -425,7 +428,7 @@ TEST(FlowAssertions, HoldTheirTexts)
         doc.SetPaper(TEdcSize(10, 10));
         doc.SetMargins(TEdcMargins(0, 0, 0, 0));
         doc.LinkBlock(new WishBlock({0, 0, KEEP}), NULL, true);
-        doc.LinkBlock(new WishBlock({0, 5}), NULL, true);
+        doc.LinkBlock(new WishBlock({10, 5}), NULL, true);
         TRecordDC dc;
         doc.LayoutBlocks(dc, NULL);
     }));
