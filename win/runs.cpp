@@ -164,6 +164,38 @@ void AddSpan(TRuns &runs, const Span &span, int y, const TRect &visible)
         runs.push_back({seen.left, y, seen.right, y + 1});
 }
 
+/// Where the rows of a polygon enter and leave it: of each visible row the first pixels at or behind its edges.
+/// Rows at the lower end of an edge do not meet it, so that each corner counts once.
+std::vector<std::vector<int>> Crossings(const std::vector<TPoint> &corners, const TRect &visible)
+{
+    std::vector<std::vector<int>> rows(static_cast<size_t>(visible.Height()));
+    for (size_t i = 0; i < corners.size(); ++i) {
+        TPoint upper = corners[i];
+        TPoint lower = corners[(i + 1) % corners.size()];
+        if (upper.y > lower.y)
+            std::swap(upper, lower);
+        const int64_t dx = int64_t(lower.x) - upper.x;
+        const int64_t dy = int64_t(lower.y) - upper.y;
+        const int last = std::min(lower.y, visible.bottom);
+        for (int y = std::max(upper.y, visible.top); y < last; ++y) {
+            const int64_t aside = -FloorDivide(-(int64_t(y) - upper.y) * dx, dy);
+            rows[static_cast<size_t>(y - visible.top)].push_back(static_cast<int>(upper.x + aside));
+        }
+    }
+    return rows;
+}
+
+/// Adds a span of row y without what the outline covers, whose runs are sorted; `next` is the first of them
+/// that may matter.
+void AddUncovered(TRuns &runs, Span span, int y, const TRuns &outline, size_t next, const TRect &visible)
+{
+    for (; next < outline.size() && outline[next].top == y && outline[next].left < span.right; ++next) {
+        AddSpan(runs, {span.left, outline[next].left}, y, visible);
+        span.left = std::max(span.left, outline[next].right);
+    }
+    AddSpan(runs, span, y, visible);
+}
+
 } // namespace
 
 TRuns LineRuns(const std::vector<TPoint> &points, bool closed, TDash dash, bool gaps, const TRect &visible)
@@ -171,7 +203,7 @@ TRuns LineRuns(const std::vector<TPoint> &points, bool closed, TDash dash, bool 
     TRuns runs;
     if (points.empty() || (dash.off == 0 && gaps))
         return runs;
-    if (dash.off == 0 && AddStraight(runs, points, visible))
+    if (dash.off == 0 && !closed && AddStraight(runs, points, visible))
         return runs;
     const size_t count = points.size();
     const size_t pieces = closed || count == 1 ? count : count - 1;
@@ -220,6 +252,26 @@ TOutlineRuns EllipseRuns(const TRect &rect, int width, const TRect &visible)
         AddSpan(runs.outline, {all.left, inner.left}, y, visible);
         AddSpan(runs.inside, inner, y, visible);
         AddSpan(runs.outline, {inner.right, all.right}, y, visible);
+    }
+    return runs;
+}
+
+TOutlineRuns PolygonRuns(const std::vector<TPoint> &corners, int width, const TRect &visible)
+{
+    TOutlineRuns runs;
+    if (corners.empty() || visible.IsEmpty())
+        return runs;
+    if (width > 0)
+        runs.outline = LineRuns(corners, true, TDash(), false, visible);
+    std::vector<std::vector<int>> rows = Crossings(corners, visible);
+    size_t next = 0;
+    for (int y = visible.top; y < visible.bottom; ++y) {
+        std::vector<int> &row = rows[static_cast<size_t>(y - visible.top)];
+        std::sort(row.begin(), row.end());
+        while (next < runs.outline.size() && runs.outline[next].top < y)
+            ++next;
+        for (size_t i = 0; i + 1 < row.size(); i += 2)
+            AddUncovered(runs.inside, {row[i], row[i + 1]}, y, runs.outline, next, visible);
     }
     return runs;
 }

@@ -31,6 +31,10 @@ struct TOutlineRuns {
 TOutlineRuns RectangleRuns(const TRect &rect, int width, const TRect &visible);
 TOutlineRuns EllipseRuns(const TRect &rect, int width, const TRect &visible);
 
+/// Filled by alternation; a thin outline through all corners, or none with width 0, where the pixels on the
+/// left and upper edges are inside and those on the right and lower ones are not.
+TOutlineRuns PolygonRuns(const std::vector<TPoint> &corners, int width, const TRect &visible);
+
 /// Joins what overlaps. The runs must be 1 px high.
 void UniteRuns(TRuns &runs);
 TRect BoundsOf(const TRuns &runs);

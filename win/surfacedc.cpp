@@ -697,7 +697,10 @@ void TSurfaceDC::Polygon(const TPoint *points, int count)
     if (count < 1 || canvas.DrawsNothing())
         return;
     const std::vector<TPoint> corners = OnSurface(*this, points, count);
-    canvas.FillPath(PolygonPath(corners, 0.5), state.brush);
+    if (canvas.IsPaper() || canvas.PenWidth() > 1)
+        canvas.FillPath(PolygonPath(corners, 0.5), state.brush);
+    else
+        canvas.FillRuns(PolygonRuns(corners, canvas.PenWidth(), canvas.Visible()).inside, state.brush);
     canvas.Line(corners, true);
 }
 
