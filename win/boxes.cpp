@@ -94,6 +94,7 @@ public:
     explicit MessageFace(QMessageBox &aBox) : box(aBox) {}
 
     const char *Kind() const override { return "message"; }
+    TNativeWidget *Widget() const override { return reinterpret_cast<TNativeWidget *>(&box); }
     bool IsUp() const override { return box.isVisible(); }
     std::string Caption() const override { return Held(box.windowTitle()); }
     std::string Text() const override { return Held(box.text()); }
@@ -163,6 +164,7 @@ public:
     explicit ComboFace(ComboDialog &aQuestion) : question(aQuestion) {}
 
     const char *Kind() const override { return "dialog"; }
+    TNativeWidget *Widget() const override { return reinterpret_cast<TNativeWidget *>(&question.dialog); }
     bool IsUp() const override { return question.dialog.isVisible(); }
     std::string Caption() const override { return Held(question.dialog.windowTitle()); }
     std::string Text() const override
@@ -246,6 +248,7 @@ bool ComboQuestion(TWindow *owner, const char *caption, const std::vector<std::s
     if (selected < 0)
         combo->setEditText(Shown(text));
     combo->lineEdit()->selectAll();
+    combo->setFocus();
     ComboFace face(question);
     TModalScope scope(face);
     if (question.dialog.exec() != QDialog::Accepted)

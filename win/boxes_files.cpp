@@ -132,6 +132,7 @@ public:
     FileFace(FileDialog &aDialog, const char *aKind) : dialog(aDialog), kind(aKind) {}
 
     const char *Kind() const override { return kind; }
+    TNativeWidget *Widget() const override { return reinterpret_cast<TNativeWidget *>(&dialog); }
     bool IsUp() const override { return dialog.isVisible(); }
     std::string Caption() const override { return FromUtf8(dialog.windowTitle().toStdString().c_str()); }
     std::string Text() const override

@@ -21,6 +21,7 @@ public:
     virtual bool IsUp() const = 0;        // shown and not answered yet
     virtual void Answer(int id) = 0;      // presses the button or takes the item; one that is grey does nothing
     virtual void Cancel() = 0;            // as Esc does it
+    virtual TNativeWidget *Widget() const { return NULL; } // gets the keys; NULL: the box takes none
     virtual std::string Caption() const { return {}; }
     virtual std::string Text() const { return {}; }
     virtual void SetFileName(const std::string &) {}

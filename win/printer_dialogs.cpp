@@ -45,6 +45,7 @@ public:
     explicit PrintFace(QPrintDialog &aDialog) : dialog(aDialog) {}
 
     const char *Kind() const override { return "print"; }
+    TNativeWidget *Widget() const override { return reinterpret_cast<TNativeWidget *>(&dialog); }
     bool IsUp() const override { return dialog.isVisible(); }
     std::string Caption() const override { return Held(dialog.windowTitle()); }
     void SetFileName(const std::string &path) override
@@ -61,7 +62,12 @@ public:
         dialog.findChild<QSpinBox *>(QStringLiteral("to"))->setValue(to);
     }
     void Cancel() override { dialog.reject(); }
-    void Answer(int id) override { id == WIN_ID_OK ? dialog.accept() : dialog.reject(); }
+    void Answer(int id) override
+    {
+        auto *buttons =
+            dialog.findChild<QDialogButtonBox *>(); // the dialog checks its fields behind the button
+        buttons->button(id == WIN_ID_OK ? QDialogButtonBox::Ok : QDialogButtonBox::Cancel)->click();
+    }
 
 private:
     QLineEdit *Field() const { return dialog.findChild<QLineEdit *>(QStringLiteral("filename")); }
@@ -161,6 +167,7 @@ public:
     explicit AbortFace(QDialog &aDialog) : dialog(aDialog) {}
 
     const char *Kind() const override { return "abort"; }
+    TNativeWidget *Widget() const override { return reinterpret_cast<TNativeWidget *>(&dialog); }
     bool IsUp() const override { return dialog.isVisible(); }
     std::string Caption() const override { return Held(dialog.windowTitle()); }
     std::string Text() const override

@@ -3,7 +3,13 @@
 #include "win/modal.h"
 #include "win/testdoor.h"
 
-#include <QGuiApplication>
+#include "win/utf8.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QKeySequence>
+#include <QPointer>
+#include <QPushButton>
 #include <QTimer>
 
 #include <deque>
@@ -59,6 +65,27 @@ void PostStep(const std::weak_ptr<WATCH> &watch)
         RunScript(TakeFirst(scripts), there->face);
         PostStep(watch);
     });
+}
+
+QWidget *WidgetOf(const TModalFace &face)
+{
+    return reinterpret_cast<QWidget *>(face.Widget());
+}
+
+/// To whatever in the box has the focus.
+void PressKey(const TModalFace &face, Qt::Key key, const QString &text)
+{
+    QWidget *widget = WidgetOf(face);
+    if (!widget)
+        return;
+    if (QWidget *focus = widget->focusWidget())
+        widget = focus;
+    QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, text);
+    QKeyEvent release(QEvent::KeyRelease, key, Qt::NoModifier, text);
+    QPointer<QWidget> there(widget); // it may go with the box
+    QApplication::sendEvent(widget, &press);
+    if (there)
+        QApplication::sendEvent(there, &release);
 }
 } // namespace
 
@@ -168,6 +195,28 @@ void ModalBox::Type(const std::string &text)
 std::string ModalBox::Typed() const
 {
     return face.Typed();
+}
+
+std::string ModalBox::Buttons() const
+{
+    QStringList texts;
+    QWidget *widget = WidgetOf(face);
+    for (const QPushButton *button : widget ? widget->findChildren<QPushButton *>() : QList<QPushButton *>())
+        if (button->isVisible())
+            texts += button->text().remove(QLatin1Char('&'));
+    texts.sort();
+    return FromUtf8(texts.join(QLatin1Char(' ')).toStdString().c_str());
+}
+
+void ModalBox::Press(const char *key)
+{
+    PressKey(face, QKeySequence(QString::fromUtf8(key))[0].key(), QString());
+}
+
+void ModalBox::TypeKeys(const std::string &utf8)
+{
+    for (QChar c : QString::fromStdString(utf8))
+        PressKey(face, Qt::Key_unknown, c);
 }
 
 } // namespace testdoor

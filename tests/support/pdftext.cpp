@@ -12,9 +12,9 @@ namespace
 std::string Output(const std::string &program, const std::string &path)
 {
     std::string quoted = std::regex_replace(path, std::regex("'"), "'\\''");
-    std::string command = program + " '" + quoted + "' -";
-    if (program.rfind("pdftotext", 0) != 0)
-        command = program + " '" + quoted + "'";
+    std::string command = program + " '" + quoted + "'";
+    if (program.rfind("pdftotext", 0) == 0)
+        command += " -"; // or it writes a file
     FILE *pipe = popen(command.c_str(), "r");
     if (!pipe)
         throw std::runtime_error("cannot run " + command);
@@ -119,4 +119,22 @@ std::string PdfTitle(const std::string &path)
             return line.substr(value);
     }
     return {};
+}
+
+PdfRaster PdfPixels(const std::string &path, int page, int dpi)
+{
+    std::string number = std::to_string(page);
+    std::string text = Output("pdftoppm -gray -aa no -aaVector no -r " + std::to_string(dpi) + " -f " + number +
+                                  " -l " + number,
+                              path);
+    std::istringstream fields(text);
+    PdfRaster raster;
+    std::string kind;
+    int white = 0;
+    fields >> kind >> raster.width >> raster.height >> white;
+    raster.gray = text.substr(static_cast<size_t>(fields.tellg()) + 1);
+    if (kind != "P5" || white != 255 ||
+        raster.gray.size() != static_cast<size_t>(raster.width) * static_cast<size_t>(raster.height))
+        throw std::runtime_error("no page " + number + " in " + path);
+    return raster;
 }

@@ -19,10 +19,18 @@ struct PdfImage {
 struct PdfPage {
     double width, height; // points
 };
+struct PdfRaster {
+    int width = 0; // px
+    int height = 0;
+    std::string gray; // a byte a pixel, 0 is black
+
+    int At(int x, int y) const { return static_cast<unsigned char>(gray[static_cast<size_t>(y * width + x)]); }
+};
 
 std::vector<PdfPage> PdfPages(const std::string &path);
 std::vector<PdfWord> PdfWords(const std::string &path);
 std::vector<PdfImage> PdfImages(const std::string &path);
-std::string PdfTitle(const std::string &path); // UTF-8
+std::string PdfTitle(const std::string &path);                   // UTF-8
+PdfRaster PdfPixels(const std::string &path, int page, int dpi); // without smoothing
 
 #endif
