@@ -22,12 +22,19 @@ void Click(TWindow &window, TPoint at, Button button = LEFT, unsigned keys = 0);
 void DoubleClick(TWindow &window, TPoint at, unsigned keys = 0); // press, release, double press, release
 void Move(TWindow &window, TPoint at, unsigned keys = 0, bool leftDown = false, bool rightDown = false);
 void Wheel(TWindow &window, TPoint at, int notches, unsigned keys = 0);
+/// The thumb of a scroll bar is dragged to a position and held, or let go.
+void DragThumb(TWindow &window, TBar bar, int position, bool letGo);
+void Drop(TWindow &window, const char *nativePath); // a file from another program
+void LoseActivation(TWindow &window);               // another program comes to the front
+void Minimize(TWindow &window, bool on);
+void DarkTheme(bool on);                                        // the desktop's
 void Key(TWindow &window, const char *name, unsigned keys = 0); // "PgDown", "Home", "F5", "Ctrl+P" ...
 /// Paints what is invalid and settles the queue.
 void Settle();
 bool IdleStep();
 TColor Pixel(TWindow &window, TPoint at);                     // of the backing image
 std::vector<TColor> Pixels(TWindow &window);                  // the client area row by row
+std::vector<TColor> ShownPixels(TWindow &window);             // the same as the screen shows it
 bool SaveScreenshot(TWindow &window, const char *nativePath); // the whole window as it is shown
 
 /// A menu as a user would see it after opening it: texts with their keys ("&Neu...\tStrg+N"), grey or not.
@@ -68,6 +75,9 @@ public:
     void Select(int entry);                       // of a combo box, from 0
     void Type(const std::string &text);           // into a combo box, Windows-1252
     std::string Typed() const;                    // what the combo box shows
+    std::string Buttons() const;                  // their texts in order of the alphabet, a blank between
+    void Press(const char *key);                  // a real key, as "Esc" or "Return"
+    void TypeKeys(const std::string &utf8);       // real keys, one a character
 
     explicit ModalBox(TModalFace &aFace) : face(aFace) {}
 
