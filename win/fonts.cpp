@@ -85,10 +85,12 @@ struct Cache {
     unsigned long clock = 0;
 };
 
+/// Never destroyed, for an application that is static itself forgets its fonts after the other statics have
+/// gone.
 Cache &TheCache()
 {
-    static Cache cache;
-    return cache;
+    static Cache *cache = new Cache;
+    return *cache;
 }
 
 /// Fonts must not outlive the application.
