@@ -6,15 +6,23 @@
 
 #include <QAbstractScrollArea>
 #include <QApplication>
+#include <QBackingStore>
+#include <QDragEnterEvent>
 #include <QElapsedTimer>
+#include <QImage>
 #include <QKeyEvent>
 #include <QKeySequence>
+#include <QMimeData>
 #include <QMouseEvent>
+#include <QPalette>
 #include <QPixmap>
+#include <QScrollBar>
+#include <QStyle>
 #include <QThread>
+#include <QUrl>
 #include <QWheelEvent>
 #include <QWindow>
-#include <cmath>
+#include <algorithm>
 
 namespace
 {
@@ -146,6 +154,51 @@ void Wheel(TWindow &window, TPoint at, int notches, unsigned keys)
     QApplication::sendEvent(client, &event);
 }
 
+void DragThumb(TWindow &window, TBar bar, int position, bool letGo)
+{
+    auto *area = dynamic_cast<QAbstractScrollArea *>(WidgetOf(window));
+    ASSERT(area != NULL);
+    QScrollBar *thumb = bar == WIN_BAR_HORIZONTAL ? area->horizontalScrollBar() : area->verticalScrollBar();
+    thumb->setSliderDown(true);
+    thumb->setSliderPosition(position);
+    if (letGo)
+        thumb->setSliderDown(false);
+}
+
+void Drop(TWindow &window, const char *nativePath)
+{
+    QWidget *client = ClientOf(window);
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(QString::fromUtf8(nativePath))});
+    QDragEnterEvent enter({1, 1}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(client, &enter);
+    if (!enter.isAccepted())
+        return;
+    QDropEvent drop({1, 1}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(client, &drop);
+}
+
+void LoseActivation(TWindow &window)
+{
+    QEvent event(QEvent::WindowDeactivate);
+    QApplication::sendEvent(WidgetOf(window)->window(), &event);
+}
+
+void Minimize(TWindow &window, bool on)
+{
+    QWidget *top = WidgetOf(window)->window();
+    top->setWindowState(on ? Qt::WindowMinimized : Qt::WindowNoState);
+    Settle();
+}
+
+void DarkTheme(bool on)
+{
+    QPalette palette = QApplication::style()->standardPalette();
+    if (on)
+        palette = QPalette(QColor(30, 30, 30));
+    QApplication::setPalette(palette);
+}
+
 void Key(TWindow &window, const char *name, unsigned keys)
 {
     QKeySequence sequence(QString::fromLatin1(name), QKeySequence::PortableText);
@@ -189,6 +242,26 @@ std::vector<TColor> Pixels(TWindow &window)
     for (int y = 0; y < client.bottom; ++y)
         for (int x = 0; x < client.right; ++x)
             pixels.push_back(Pixel(window, {x, y}));
+    return pixels;
+}
+
+std::vector<TColor> ShownPixels(TWindow &window)
+{
+    QWidget *client = ClientOf(window);
+    QWidget *top = client->window();
+    auto *store = dynamic_cast<QImage *>(top->backingStore() ? top->backingStore()->paintDevice() : NULL);
+    QImage shown = store ? *store : QImage(); // what was last sent to the screen
+    QPointF origin = QPointF(client->mapTo(top, QPoint())) * client->devicePixelRatioF();
+    std::vector<TColor> pixels;
+    TRect area = window.GetClientRect();
+    for (int y = 0; y < area.bottom; ++y) {
+        for (int x = 0; x < area.right; ++x) {
+            QPoint at(qRound(origin.x()) + x, qRound(origin.y()) + y);
+            QRgb rgb = shown.rect().contains(at) ? shown.pixel(at) : 0;
+            pixels.push_back({static_cast<uint8_t>(qRed(rgb)), static_cast<uint8_t>(qGreen(rgb)),
+                              static_cast<uint8_t>(qBlue(rgb))});
+        }
+    }
     return pixels;
 }
 

@@ -7,7 +7,8 @@
 
 namespace
 {
-/// The toolkit keeps the arguments as long as it lives.
+/// The toolkit keeps the arguments as long as it lives, and it lives as long as the process: its own statics
+/// are gone before ours.
 struct Arguments {
     int count = 1;
     char name[8] = "test";
@@ -17,10 +18,10 @@ struct Arguments {
 TApplication *MakeApplication()
 {
     static Arguments arguments;
-    static TApplication application("Zulerion", arguments.count, arguments.values);
+    auto *application = new TApplication("Zulerion", arguments.count, arguments.values);
     testdoor::Enable();
     RemoveServices(); // each test starts with the core library's defaults
-    return &application;
+    return application;
 }
 } // namespace
 
