@@ -254,14 +254,13 @@ TEdcAxesLabel *TEdcAxesLayout::FittingTicks(const TEdcTickNumbers &numbers, doub
     __enter
         int pitch = alongText ? SampleWidth(numbers, axes.xDigits) + noughtWidth
                               : textHeight + textHeight / 2 + TEdcAxesMetrics::Outside(metrics.strokeX) + gap;
-        int fitting = EdcNearest(std::floor(std::min<double>(numbers.span * scale / pitch, TICKS_MAX)));
-        int count = std::min(numbers.places, fitting);
+        double fitting = std::clamp<double>(numbers.span * scale / pitch, 1, TICKS_MAX);
+        int count = std::min(numbers.places, static_cast<int>(fitting));
         for (; count > 0 && ticks == NULL; --count) {
             double step = EdcTickStep(numbers.span, count);
             ticks = EdcMakeTicks(min, max, step, numbers.exponent); __test;
-            if (alongText)
-                pitch = std::max(pitch, Widest(ticks) + noughtWidth);
-            if (step * scale < pitch)
+            // The sample is wider than most labels, so its count is a start and the labels decide.
+            if (step * scale < (alongText ? Widest(ticks) + noughtWidth : pitch))
                 EdcFreeTicks(ticks);
         }
     __point

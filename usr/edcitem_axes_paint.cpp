@@ -13,6 +13,13 @@ namespace
 {
 const double GRID_LEAST = 2; // px; nearer lines would be an area
 
+/// Halfway to white, so that labels and what the plot shows stand out. It also shows in every raster mix.
+TColor GridColor(TColor c)
+{
+    auto half = [](uint8_t part) { return static_cast<uint8_t>((part + 255) / 2); };
+    return {half(c.red), half(c.green), half(c.blue)};
+}
+
 class Painter
 {
 public:
@@ -69,15 +76,14 @@ void Painter::Line(TPoint from, TPoint to)
         dc.Line(from, to);
 }
 
-/// Dotted, so that what the plot shows stays the stronger. Each line whole: its dots fall the same way in every
-/// repaint.
+/// Each line whole: its dots fall the same way in every repaint.
 void Painter::Grid()
 {
     bool minor = axes.flags & EDC_AxMINORGRID;
     if (!(axes.flags & EDC_AxGRID))
         return;
     dc.SetMix(static_cast<TMix>(axes.gridStyle));
-    dc.SetPen({.color = axes.color, .width = metrics.line, .style = WIN_PEN_DOT});
+    dc.SetPen({.color = GridColor(axes.color), .width = metrics.line, .style = WIN_PEN_DOT});
     VerticalLines(minor ? axes.xMinorStep : axes.xStep);
     HorizontalLines(minor ? axes.yMinorStep : axes.yStep);
 }
