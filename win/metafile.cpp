@@ -12,7 +12,7 @@
 
 namespace
 {
-constexpr double FARTHEST = 1 << 26; // px; in 1/16 px that leaves room for the viewport's place
+constexpr double FARTHEST = 1 << 25; // px; in 1/16 px that leaves room for the viewport's place
 constexpr double FLATNESS = 0.125;   // px that a line may stand off its curve
 constexpr int LINES_MAX = 64;        // of one curve, enough for one of 1000 px
 constexpr double WIDTH_MAX = 32767;  // px, of pens

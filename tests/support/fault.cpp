@@ -24,6 +24,7 @@ int callsLeft = 0; // calls until the fault, the failing one included; 0: fired
 bool armedOnwards = false;
 int fired = 0;
 long liveBlocks = 0;
+size_t bytesAsked = 0;
 const CdeDISK *inner = NULL; // weak; the disk under the faulty one
 
 /// Counts one call and tells whether it is to fail.
@@ -105,8 +106,10 @@ void *Allocate(size_t size) noexcept
     if (Fails(FAULT::ALLOC))
         return NULL;
     void *block = std::malloc(size > 0 ? size : 1);
-    if (block != NULL)
+    if (block != NULL) {
         ++liveBlocks;
+        bytesAsked += size;
+    }
     return block;
 }
 
@@ -245,6 +248,11 @@ FaultPause::~FaultPause()
 long LiveBlocks()
 {
     return liveBlocks;
+}
+
+size_t BytesAsked()
+{
+    return bytesAsked;
 }
 
 int SweepFaults(const std::function<void()> &prepare, const std::function<void()> &operation,

@@ -6,6 +6,7 @@
 
 #include "lib/xfail.h"
 
+#include <cstddef>
 #include <functional>
 
 enum class FAULT {
@@ -49,6 +50,10 @@ public:
 /// Blocks that operator new has handed out and operator delete has not got back: equal before and after an
 /// operation that leaks nothing. The files of a MemDisk count too.
 long LiveBlocks();
+
+/// Bytes that operator new has handed out since the start, whether they came back or not: the difference over an
+/// operation bounds what it held at any time.
+size_t BytesAsked();
 
 /// One run of an operation, as its check sees it.
 struct FaultRun {
