@@ -172,6 +172,25 @@ bool TControlBar::Press(int command)
 
 namespace
 {
+/// Paints a bar anew when the desktop changes its colours.
+class TPaletteWatch : public QObject
+{
+public:
+    TPaletteWatch(QWidget &widget, TWindow &aWindow) : QObject(&widget), window(aWindow)
+    {
+        widget.installEventFilter(this);
+    }
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::PaletteChange)
+            window.Invalidate();
+        return false;
+    }
+
+private:
+    TWindow &window;
+};
+
 constexpr int STATUS_HEIGHT = 22; // all at 96 pixels an inch
 constexpr int STATUS_MARGIN = 6;
 constexpr int STATUS_POINTS = 10;
@@ -185,6 +204,7 @@ void TStatusBar::Create()
     auto *widget = reinterpret_cast<QWidget *>(Native());
     widget->setFixedHeight(STATUS_HEIGHT);
     widget->setFocusPolicy(Qt::NoFocus);
+    new TPaletteWatch(*widget, *this); // the widget's
 }
 
 void TStatusBar::Paint(TDC &dc, bool, const TRect &)
