@@ -189,6 +189,7 @@ TApplication *TApplication::Current()
 
 int TApplication::Run()
 {
+    impl->quit = false;
     GuardedCall([this] { InitMainWindow(); });
     if (impl->quit)
         return impl->exitCode;
@@ -234,7 +235,8 @@ bool TApplication::IdleStep()
     GuardedCall([&] {
         if (mainWindow && mainWindow->IsCreated())
             mainWindow->IdleEnable();
-        more = IdleAction(impl->idleCount++);
+        bool answer = IdleAction(impl->idleCount++);
+        more = answer && !XPending(); // what fails would fail again, box after box
     });
     return more;
 }

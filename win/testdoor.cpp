@@ -3,10 +3,13 @@
 #include "lib/xassert.h"
 #include "win/application.h"
 #include "win/surface.h"
+#include "win/utf8.h"
 
 #include <QAbstractScrollArea>
 #include <QApplication>
 #include <QBackingStore>
+#include <QCloseEvent>
+#include <QCursor>
 #include <QDragEnterEvent>
 #include <QElapsedTimer>
 #include <QImage>
@@ -209,6 +212,23 @@ void Key(TWindow &window, const char *name, unsigned keys)
         QKeyEvent event(type, key.key(), modifiers);
         QApplication::sendEvent(WidgetOf(window), &event);
     }
+}
+
+std::string KeyName(const char *key)
+{
+    QKeySequence sequence(QString::fromLatin1(key), QKeySequence::PortableText);
+    return FromUtf8(sequence.toString(QKeySequence::NativeText).toUtf8().constData());
+}
+
+bool IsWaitCursor()
+{
+    const QCursor *cursor = QApplication::overrideCursor();
+    return cursor && cursor->shape() == Qt::WaitCursor;
+}
+
+void PostClose(TWindow &window)
+{
+    QApplication::postEvent(WidgetOf(window)->window(), new QCloseEvent);
 }
 
 void Settle()

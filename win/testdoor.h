@@ -29,6 +29,9 @@ void LoseActivation(TWindow &window);               // another program comes to 
 void Minimize(TWindow &window, bool on);
 void DarkTheme(bool on);                                        // the desktop's
 void Key(TWindow &window, const char *name, unsigned keys = 0); // "PgDown", "Home", "F5", "Ctrl+P" ...
+std::string KeyName(const char *key);                           // as menus show it, Windows-1252
+bool IsWaitCursor();
+void PostClose(TWindow &window); // the desktop asks the window to close, through the queue
 /// Paints what is invalid and settles the queue.
 void Settle();
 bool IdleStep();
@@ -47,6 +50,15 @@ struct MenuEntry {
 std::vector<MenuEntry> Menu(TDecoratedFrame &frame, int popup); // from the left, 0 first
 void ChooseMenu(TDecoratedFrame &frame, int id);
 bool ClickGadget(TDecoratedFrame &frame, int command); // false where the button is grey or missing
+void PointAtGadget(TDecoratedFrame &frame, int command, bool on); // the pointer comes or leaves
+/// What a person sees of a bar's button.
+struct Gadget {
+    bool enabled = false;
+    bool checked = false;
+    std::string tip;  // Windows-1252
+    std::string text; // in place of a picture
+};
+std::vector<Gadget> Gadgets(TDecoratedFrame &frame, int command); // all buttons of the command
 
 /// The next modal box runs this once it is up; scripts queue. A box that is still up behind its script takes
 /// the next one: a file dialog that refused a name, say. A box without a script is answered with its cancelling
