@@ -226,7 +226,7 @@ TEdcBlock *TEdcDocument::PageFirst(int pageNum) const
 
 void TEdcDocument::PrintPage(TDC &dc, int pageNum)
 {
-    TPoint former = dc.SetViewportOrg({});
+    TDCState fresh = dc.State(); // for each block: none sees pens and clips of another
     __enter
         ASSERT(blocks != NULL);
         ASSERT(pageNum >= 1);
@@ -237,10 +237,11 @@ void TEdcDocument::PrintPage(TDC &dc, int pageNum)
         for (TEdcBlock *blk = first; blk; blk = openedBlk ? NULL : blk->next) {
             if (blk != first && (blk->state & EDC_BsPAGE))
                 break;
+            dc.SetState(fresh);
             dc.SetViewportOrg(TPoint{blk->rect.x - first->rect.x, blk->rect.y - first->rect.y} + origin);
             blk->Print(dc, {0, 0, blk->rect.width, blk->rect.height}); __test;
         }
     __point
     __treat
-    dc.SetViewportOrg(former);
+    dc.SetState(fresh);
 }

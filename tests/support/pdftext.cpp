@@ -14,7 +14,8 @@ std::string Output(const std::string &program, const std::string &path)
     std::string quoted = std::regex_replace(path, std::regex("'"), "'\\''");
     std::string command = program + " '" + quoted + "'";
     if (program.rfind("pdftotext", 0) == 0)
-        command += " -"; // or it writes a file
+        command += " -";       // or it writes a file
+    command += " 2>/dev/null"; // notes of pages without words
     FILE *pipe = popen(command.c_str(), "r");
     if (!pipe)
         throw std::runtime_error("cannot run " + command);
