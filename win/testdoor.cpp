@@ -196,6 +196,7 @@ void Minimize(TWindow &window, bool on)
 
 void DarkTheme(bool on)
 {
+    ASSERT(TApplication::Current() != NULL);
     QPalette palette = QApplication::style()->standardPalette();
     if (on)
         palette = QPalette(QColor(30, 30, 30));

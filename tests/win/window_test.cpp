@@ -344,8 +344,8 @@ TEST(Window, InvertedOnceHoweverTheInvalidRegionLooks)
 
 TEST(Window, PaperIsWhiteInADarkTheme)
 {
-    testdoor::DarkTheme(true);
     Canvas canvas;
+    testdoor::DarkTheme(true);
     canvas.paint = [](TDC &, const TRect &) {};
     canvas.Open({60, 30});
     ExpectPicture(canvas, std::vector<TColor>(60 * 30, WIN_WHITE));
