@@ -1,7 +1,8 @@
 // A vector picture of drawing records: the enhanced kind, and the older 16-bit kind with or without the
-// placeable header. A logo has some hundred records; the bytes are untrusted. `Parse` walks and checks all of
-// them once and turns them into a short list of our own, so that playing cannot fail and meets no bad length,
-// count or handle.
+// placeable header. A logo has some hundred records; the bytes are untrusted. Parsing walks and checks all of
+// them once and turns them into a short list of our own, so that playing meets no bad length, count or handle.
+// The heads of metafile_enhanced.cpp and metafile_plain.cpp tell which records are understood, which are without
+// effect and which make a file be refused.
 #ifndef WIN_METAFILE_H
 #define WIN_METAFILE_H
 
@@ -31,7 +32,8 @@ public:
     bool IsEmpty() const;
     TSize Frame() const;     // 0.01 mm, never negative
     int RecordCount() const; // records that draw
-    /// Plays into the rectangle, scaled to fill it.
+    /// Plays into the rectangle, scaled to fill it; an empty rectangle shows nothing. The context's state is
+    /// given back in any case. Throws std::bad_alloc.
     void Play(TDC &dc, const TRect &rect) const;
 
 private:
