@@ -1,8 +1,8 @@
 // A vector picture of drawing records: the enhanced kind, and the older 16-bit kind with or without the
 // placeable header. A logo has some hundred records; the bytes are untrusted. Parsing walks and checks all of
 // them once and turns them into a short list of our own, so that playing meets no bad length, count or handle.
-// The heads of metafile_enhanced.cpp and metafile_plain.cpp tell which records are understood, which are without
-// effect and which make a file be refused.
+// The heads of metafile_enhanced.cpp and metafile_plain.cpp tell which records are understood, which are
+// without effect and which make a file be refused.
 #ifndef WIN_METAFILE_H
 #define WIN_METAFILE_H
 
