@@ -51,8 +51,8 @@ public:
 /// operation that leaks nothing. The files of a MemDisk count too.
 long LiveBlocks();
 
-/// Bytes that operator new has handed out since the start, whether they came back or not: the difference over an
-/// operation bounds what it held at any time.
+/// Bytes that operator new has handed out since the start, whether they came back or not: the difference over
+/// an operation bounds what it held at any time.
 size_t BytesAsked();
 
 /// One run of an operation, as its check sees it.
