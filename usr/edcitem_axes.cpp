@@ -17,7 +17,7 @@
 namespace
 {
 enum { DIGITS_MAX = 8, EXPONENT_MAX = 300 };
-const double NOISE = 1e-5; // of a step, by which a multiple may miss the end of the range
+const double NOISE = 1e-5; // of a step: what rounding may do to it, or to its multiples at the range's ends
 
 double NearestMultiple(double value, double step)
 {
@@ -147,7 +147,7 @@ double TEdcAxes::ToModelX(int pixels) const
 
 double TEdcAxes::ToModelY(int pixels) const
 {
-    return yScale > 0 ? (0.0 - pixels) / yScale : 0; // never a negative 0, which has an angle of its own
+    return yScale > 0 && pixels != 0 ? -(pixels / yScale) : 0; // a negative 0 would have an angle of its own
 }
 
 AgPOINT TEdcAxes::ToModel(TPoint p) const
@@ -218,7 +218,8 @@ double EdcTickStep(double span, int count)
         ++above;
     double power = std::pow(10.0, k);
     double finer = above > 0 ? steps[above - 1] * power : 0;
-    return finer > span / (count + 1.0) ? finer : steps[above] * power;
+    double tooFine = span / (count + 1.0) * (1 + NOISE);
+    return finer > tooFine ? finer : steps[above] * power;
 }
 
 TEdcMultiples::TEdcMultiples(double min, double max, double aStep)

@@ -156,7 +156,7 @@ void TEdcAxesLayout::Decorate()
     EdcComposeTitle(axes.yText, hasY ? axes.yTitle : NULL, hasY && axes.yDigits > 0 ? yNumbers.exponent : 0);
     xSample = hasX ? SampleWidth(xNumbers, axes.xDigits) : 0;
     ySample = hasY ? SampleWidth(yNumbers, axes.yDigits) : 0;
-    axes.decorated = std::max(xSample, metrics.strokeY + ySample) < maxRect.Width();
+    axes.decorated = (hasX || hasY) && std::max(xSample, metrics.strokeY + ySample) < maxRect.Width();
 }
 
 /// A title too long for the axis is broken into lines.
