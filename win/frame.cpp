@@ -53,7 +53,10 @@ protected:
     void closeEvent(QCloseEvent *event) override
     {
         bool may = false;
-        GuardedCall([this, &may] { may = frame.CanClose(); });
+        GuardedCall([this, &may] {
+            bool answer = frame.CanClose();
+            may = answer && !XPending();
+        });
         event->setAccepted(may);
         TApplication *application = TApplication::Current();
         if (may && application && application->MainWindow() == &frame)
@@ -187,6 +190,11 @@ void TDecoratedFrame::Insert(TWindow &bar, Place place)
     frame->bars.push_back({&bar, place});
 }
 
+void TDecoratedFrame::Remove(TWindow &bar)
+{
+    std::erase_if(frame->bars, [&bar](const FrameImpl::Bar &entry) { return entry.window == &bar; });
+}
+
 void TDecoratedFrame::Create()
 {
     if (IsCreated())
@@ -261,8 +269,7 @@ bool TDecoratedFrame::PressGadget(int command)
 
 void TDecoratedFrame::PostCommand(int id)
 {
-    QMetaObject::invokeMethod(
-        &frame->mailbox, [this, id] { EvCommand(id); }, Qt::QueuedConnection);
+    QTimer::singleShot(0, &frame->mailbox, [this, id] { frame->Deliver(*this, id); });
 }
 
 void TDecoratedFrame::CloseWindow()

@@ -42,6 +42,7 @@ public:
     void AssignMenu(int menuId); // of the resources; its accelerators come with it
     void SetIcon(int pictureId);
     void Insert(TWindow &bar, Place place); // before Create(); a view
+    void Remove(TWindow &bar);              // the bars of this layer do it when they go
     void Create() override;
     void SetCaption(const char *text) override;
     TWindow &Client() const { return client; }

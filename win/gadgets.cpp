@@ -71,6 +71,12 @@ private:
     std::string status;
 };
 
+void LeaveFrame(TWindow &bar)
+{
+    if (auto *frame = dynamic_cast<TDecoratedFrame *>(bar.Parent()))
+        frame->Remove(bar);
+}
+
 TColor PaletteColor(QPalette::ColorRole role)
 {
     QColor color = QGuiApplication::palette().color(role);
@@ -127,7 +133,10 @@ TControlBar::TControlBar(const TGadgetWindowFont &font) : bar(std::make_unique<B
     bar->font = font;
 }
 
-TControlBar::~TControlBar() = default;
+TControlBar::~TControlBar()
+{
+    LeaveFrame(*this);
+}
 
 void TControlBar::Insert(std::unique_ptr<TGadget> gadget)
 {
@@ -195,6 +204,11 @@ constexpr int STATUS_HEIGHT = 22; // all at 96 pixels an inch
 constexpr int STATUS_MARGIN = 6;
 constexpr int STATUS_POINTS = 10;
 } // namespace
+
+TStatusBar::~TStatusBar()
+{
+    LeaveFrame(*this);
+}
 
 void TStatusBar::Create()
 {

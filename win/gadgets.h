@@ -55,6 +55,7 @@ private:
 class TStatusBar : public TWindow
 {
 public:
+    ~TStatusBar() override;
     void Create() override;
     void Paint(TDC &dc, bool erase, const TRect &rect) override;
     /// Sets the text and paints the bar at once, without the message loop: progress shows during long work.

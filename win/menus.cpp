@@ -133,9 +133,10 @@ std::string KeyText(const char *key)
     static const struct {
         std::string_view key;
         const char *german;
-    } names[] = {{"Ctrl", "Strg"},     {"Shift", "Umschalt"}, {"Del", "Entf"},
-                 {"Ins", "Einfg"},     {"Home", "Pos1"},      {"End", "Ende"},
-                 {"PgUp", "Bild auf"}, {"PgDown", "Bild ab"}, {"Space", "Leertaste"}};
+    } names[] = {{"Ctrl", "Strg"},     {"Shift", "Umschalt"},  {"Del", "Entf"},        {"Ins", "Einfg"},
+                 {"Home", "Pos1"},     {"End", "Ende"},        {"PgUp", "Bild auf"},   {"PgDown", "Bild ab"},
+                 {"Up", "Nach oben"},  {"Down", "Nach unten"}, {"Left", "Nach links"}, {"Right", "Nach rechts"},
+                 {"Return", "Eingabe"}};
     std::string text;
     for (std::string_view rest = key; !rest.empty();) {
         std::string_view part = rest.substr(0, rest.find('+', 1));

@@ -49,7 +49,7 @@ struct MenuEntry {
 };
 std::vector<MenuEntry> Menu(TDecoratedFrame &frame, int popup); // from the left, 0 first
 void ChooseMenu(TDecoratedFrame &frame, int id);
-bool ClickGadget(TDecoratedFrame &frame, int command); // false where the button is grey or missing
+bool ClickGadget(TDecoratedFrame &frame, int command);            // false where the button is grey or missing
 void PointAtGadget(TDecoratedFrame &frame, int command, bool on); // the pointer comes or leaves
 /// What a person sees of a bar's button.
 struct Gadget {

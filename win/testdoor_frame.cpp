@@ -68,6 +68,14 @@ bool ChooseIn(QMenu &menu, int id)
     }
     return false;
 }
+std::vector<QToolButton *> Buttons(TDecoratedFrame &frame, int command)
+{
+    std::vector<QToolButton *> buttons;
+    for (auto *button : FrameWidget(frame)->findChildren<QToolButton *>())
+        if (button->property("command").toInt() == command)
+            buttons.push_back(button);
+    return buttons;
+}
 } // namespace
 
 namespace testdoor
@@ -93,20 +101,36 @@ void ChooseMenu(TDecoratedFrame &frame, int id)
 
 bool ClickGadget(TDecoratedFrame &frame, int command)
 {
-    for (auto *button : FrameWidget(frame)->findChildren<QToolButton *>()) {
-        if (button->property("command").toInt() != command)
-            continue;
-        if (!button->isEnabled())
-            return false;
-        QPointF at = QRectF(button->rect()).center();
-        for (QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
-            QMouseEvent event(type, at, button->mapToGlobal(at), Qt::LeftButton,
-                              type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton, Qt::NoModifier);
-            QApplication::sendEvent(button, &event);
-        }
-        return true;
+    std::vector<QToolButton *> buttons = Buttons(frame, command);
+    if (buttons.empty() || !buttons.front()->isEnabled())
+        return false;
+    QPointF at = QRectF(buttons.front()->rect()).center();
+    for (QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+        QMouseEvent event(type, at, buttons.front()->mapToGlobal(at), Qt::LeftButton,
+                          type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton, Qt::NoModifier);
+        QApplication::sendEvent(buttons.front(), &event);
     }
-    return false;
+    return true;
+}
+
+void PointAtGadget(TDecoratedFrame &frame, int command, bool on)
+{
+    for (QToolButton *button : Buttons(frame, command)) {
+        QPointF at = QRectF(button->rect()).center();
+        QEnterEvent enter(at, at, button->mapToGlobal(at));
+        QEvent leave(QEvent::Leave);
+        QApplication::sendEvent(button, on ? &enter : &leave);
+    }
+}
+
+std::vector<Gadget> Gadgets(TDecoratedFrame &frame, int command)
+{
+    std::vector<Gadget> gadgets;
+    for (QToolButton *button : Buttons(frame, command))
+        gadgets.push_back({button->isEnabled(), button->isChecked(),
+                           FromUtf8(button->toolTip().toUtf8().constData()),
+                           FromUtf8(button->text().toUtf8().constData())});
+    return gadgets;
 }
 
 } // namespace testdoor
