@@ -10,7 +10,7 @@ namespace
 {
 
 constexpr double INCHES_PER_METRE = 1 / 0.0254;
-constexpr int PAPER_REACH = 1 << 17; // px; more than any sheet, and far from where a PDF's numbers end
+constexpr int PAPER_REACH = 1 << 15; // px; more than any sheet, and far from where a PDF's numbers end
 
 QRect ToQt(const TRect &r)
 {

@@ -23,9 +23,10 @@
 namespace
 {
 
-constexpr int PEN_MAX = 10000;     // px; a pen wider than that hides all there is
-constexpr int PEN_REACH = 1 << 17; // px; the painter's strokes stay within, larger ones are cut first
-constexpr int CELL = 8;            // px, of hatches and patterns
+constexpr int PEN_MAX = 10000; // px; a pen wider than that hides all there is
+// px from the corner; the painter's strokes are cut to that, because it gives up patterns on longer ones
+constexpr int PEN_REACH = 1 << 15;
+constexpr int CELL = 8; // px, of hatches and patterns
 
 QRect ToQt(const TRect &r)
 {
