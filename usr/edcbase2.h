@@ -152,7 +152,8 @@ private:
         TOOL_RIGHT_DOWN,
         TOOL_RIGHT_UP,
         TOOL_MOVE,
-        TOOL_OUTSIDE
+        TOOL_OUTSIDE,
+        TOOL_INSIDE
     };
     using MouseWork = void (TEdcDocument::*)(unsigned keys, TPoint point);
     void MouseMessage(MouseWork work, unsigned keys, TPoint point);
@@ -168,6 +169,7 @@ private:
     void PressCapture();
     void ReleaseIfUp();
     void EndGesture();
+    void HideGesture(bool on);
     void ZoomAt(TPoint point, double notches);
     // edcbase2.cpp
     void Work();

@@ -40,10 +40,11 @@ int ElapsedSince(int tick) // ms; right also when the clock has run over
 void TEdcDocument::MouseMessage(MouseWork work, unsigned keys, TPoint point)
 {
     bool failed = false;
+    bool passes = !openedBlk && work == &TEdcDocument::MouseMove;
     lastPoint = point;
     __enter
         std::invoke(work, this, keys, point); __test;
-        if (openedBlk || work != &TEdcDocument::MouseMove) {
+        if (!passes) {
             Refresh(0); __test;
         }
     __point
@@ -159,7 +160,7 @@ void TEdcDocument::MouseMove(unsigned keys, TPoint point)
         bool former = autoScroll;
         UpdateAutoScroll(point);
         if (autoScroll != former) {
-            CallTool(TOOL_OUTSIDE, keys, point); __test;
+            CallTool(autoScroll ? TOOL_OUTSIDE : TOOL_INSIDE, keys, point); __test;
         }
         CallTool(TOOL_MOVE, keys, point); __test;
     __point
@@ -196,7 +197,10 @@ void TEdcDocument::CallTool(ToolEvent event, unsigned keys, TPoint point)
             tool->MouseMove(*openedDC, keys, p);
             break;
         case TOOL_OUTSIDE:
-            tool->Outside(*openedDC, autoScroll);
+            tool->Outside(*openedDC, true);
+            break;
+        case TOOL_INSIDE:
+            tool->Outside(*openedDC, false);
             break;
         }
         __test;
@@ -248,7 +252,6 @@ void TEdcDocument::EndGesture()
     leftDown = rightDown = BUTTON_UP;
     __enter
         if (inside && (left || right)) {
-            autoScroll = true;
             CallTool(TOOL_OUTSIDE, 0, lastPoint); __test;
         }
         ReleaseIfUp();
@@ -292,13 +295,28 @@ bool TEdcDocument::IdleAction(long idleCount)
     return more || autoScroll;
 }
 
+/// A tool that draws over the document takes that away while the picture moves under it.
+void TEdcDocument::HideGesture(bool on)
+{
+    if (autoScroll || (leftDown == BUTTON_UP && rightDown == BUTTON_UP))
+        return;
+    __enter
+        if (!on)
+            UpdateWindow();
+        CallTool(on ? TOOL_OUTSIDE : TOOL_INSIDE, 0, lastPoint); __test;
+    __point
+    __treat
+}
+
 void TEdcDocument::EvMouseWheel(unsigned keys, TPoint point, double notchesX, double notchesY)
 {
     if (locked != 0)
         return;
     __enter
         if (!(keys & WIN_KEY_CTRL)) {
+            HideGesture(true); __test;
             TWindow::EvMouseWheel(keys, point, notchesX, notchesY); __test;
+            HideGesture(false); __test;
         } else if (path && leftDown == BUTTON_UP && rightDown == BUTTON_UP) {
             ZoomAt(point, notchesY); __test;
         }
@@ -377,7 +395,9 @@ void TEdcDocument::EvKeyDown(TVirtualKey key, unsigned)
     __enter
         for (const auto &scroll : scrolls)
             if (scroll.key == key) {
+                HideGesture(true); __test;
                 ScrollMessage(scroll.bar, scroll.code); __test;
+                HideGesture(false); __test;
             }
     __point
         __repair;

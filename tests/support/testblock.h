@@ -44,7 +44,12 @@ public:
     void RightDown(TDC &dc, unsigned keys, TPoint p) override { Event("rdown", dc, keys, p); }
     void RightUp(TDC &dc, unsigned keys, TPoint p) override { Event("rup", dc, keys, p); }
     void MouseMove(TDC &dc, unsigned keys, TPoint p) override { Event("move", dc, keys, p); }
-    void Outside(TDC &, bool outside) override { log.Add(name + (outside ? ".outside" : ".inside")); }
+    void Outside(TDC &dc, bool outside) override
+    {
+        log.Add(name + (outside ? ".outside" : ".inside"));
+        if (hiding)
+            hiding(dc, outside);
+    }
     void Activate(bool on) override { log.Add(name + (on ? ".on" : ".off")); }
 
     TPoint lastPoint; // of the last event
@@ -52,6 +57,7 @@ public:
     TDCState lastState;                 // of the context it came with
     std::function<void()> onEvent;      // runs behind the log
     std::function<void(TDC &)> drawing; // likewise
+    std::function<void(TDC &, bool)> hiding;
 
 private:
     void Event(const char *what, TDC &dc, unsigned keys, TPoint p)
@@ -126,11 +132,11 @@ public:
     bool DoCommand(int id) override
     {
         log.Add(name + ".command" + std::to_string(id));
-        return id == command;
+        return command != 0 && id == command;
     }
     void EnableCommand(TCommandEnabler &ce) override
     {
-        if (ce.id == command)
+        if (command != 0 && ce.id == command)
             ce.Enable(true);
     }
 
