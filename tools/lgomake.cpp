@@ -1,6 +1,6 @@
 // lgomake: makes a logo file from a metafile. The picture is read before anything is written, and the logo
 // behind it, so that what stands at the end is a logo that the program shows.
-#include "lib/xassert.h"
+#include "lib/charstr.h"
 #include "tools/console.h"
 #include "usr/edcitem.h"
 #include "win/metafile.h"
@@ -10,12 +10,14 @@
 #include <cstdio>
 #include <filesystem>
 #include <memory>
+#include <unistd.h>
 
 #include "lib/xon.h"
 
 namespace
 {
 enum { DONE = 0, FAILED = 1, MISUSED = 2 }; // exit status
+enum { LOGO_NAME_MAX = 31 };                // characters
 
 void CheckBack(const CdeFILENAME &logo)
 {
@@ -34,20 +36,42 @@ int Misused(const char *text)
     return MISUSED;
 }
 
+/// Says what is wrong with a picture that is none.
+bool IsPicture(const CdeFILENAME &picture, std::string path)
+{
+    bool isSound = false;
+    __enter
+        ConsoleDisarm(path.data());
+        isSound = LoadLogoPicture(picture) != NULL; __test;
+    __point
+        __repair;
+        std::error_code unknown;
+        if (xRepaired == XFOPEN && std::filesystem::is_regular_file(path, unknown) &&
+            access(path.c_str(), R_OK) == 0)
+            std::fprintf(stderr, "\"%s\" ist keine Metadatei, die das Programm zeigen kann.\n", path.c_str());
+        else
+            __report;
+    __treat
+    return isSound;
+}
+
 int Make(const std::string &picturePath, const std::string &logoPath)
 {
-    std::error_code unknown; // of files that are not there
-    if (std::filesystem::equivalent(picturePath, logoPath, unknown))
-        return Misused("Das Bild würde durch seine eigene Logodatei ersetzt.");
     int status = FAILED;
     __enter
         CdeFILENAME picture, logo;
+        std::error_code unknown; // of files that are not there
         ConsoleName(picture, picturePath.c_str(), XFOPEN); __test;
         ConsoleName(logo, logoPath.c_str(), XFCREATE); __test;
-        LoadLogoPicture(picture); __test;
-        MakeLogo(logo, picture); __test;
-        CheckBack(logo); __test;
-        status = DONE;
+        if (std::filesystem::equivalent(picturePath, logoPath, unknown)) {
+            status = Misused("Das Bild würde durch seine eigene Logodatei ersetzt.");
+        } else if (StrLength(logo.GetName()) > LOGO_NAME_MAX) {
+            status = Misused("Der Name der Logodatei hat mehr als 31 Zeichen.");
+        } else if (IsPicture(picture, picturePath)) {
+            MakeLogo(logo, picture); __test;
+            CheckBack(logo); __test;
+            status = DONE;
+        }
     __point
         __repair;
         __report;
