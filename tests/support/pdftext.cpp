@@ -3,15 +3,21 @@
 #include "support/pdftext.h"
 
 #include <cstdio>
-#include <regex>
 #include <sstream>
 #include <stdexcept>
 
 namespace
 {
+std::string Replaced(std::string text, const std::string &what, const std::string &by)
+{
+    for (size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + by.size()))
+        text.replace(at, what.size(), by);
+    return text;
+}
+
 std::string Output(const std::string &program, const std::string &path)
 {
-    std::string quoted = std::regex_replace(path, std::regex("'"), "'\\''");
+    std::string quoted = Replaced(path, "'", "'\\''");
     std::string command = program + " '" + quoted + "'";
     if (program.rfind("pdftotext", 0) == 0)
         command += " -";       // or it writes a file
@@ -32,7 +38,7 @@ std::string Unescaped(std::string text)
 {
     const char *const names[][2] = {{"&lt;", "<"}, {"&gt;", ">"}, {"&quot;", "\""}, {"&amp;", "&"}};
     for (const auto &name : names)
-        text = std::regex_replace(text, std::regex(name[0]), name[1]);
+        text = Replaced(text, name[0], name[1]);
     return text;
 }
 

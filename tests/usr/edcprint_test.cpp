@@ -303,7 +303,6 @@ TEST_F(Printout, NothingReachesTheDocumentWhileItPrints)
         if (doc.locked == 0)
             return;
         doc.EvCommand(COMMAND_PRINT);
-        frame.PostCommand(COMMAND_PRINT);
         testdoor::DoubleClick(doc, {10, 10});
         doc.Invalidate();
         doc.UpdateWindow();
