@@ -1,4 +1,4 @@
-// The compiler of the numbered texts, as a child process on small files.
+// The compiler of texts, menus and keys, as a child process on small files.
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -28,10 +28,15 @@ protected:
     }
 
     /// The exit status; what the compiler made and said is in `table` and `said`.
-    int Compile(const std::string &source)
+    int Compile(const std::string &source) { return Run("", "texts.txt", source); }
+    int CompileMenus(const std::string &source) { return Run("--menus ", "menus.txt", source); }
+
+    int Run(const std::string &option, const std::string &file, const std::string &source)
     {
-        std::ofstream(folder + "/texts.txt", std::ios::binary) << source;
-        std::string command = "cd " + folder + " && " RESCOMPILE_PROGRAM " texts.txt table.cpp 2>said";
+        std::filesystem::remove(folder + "/table.cpp");
+        std::ofstream(folder + "/" + file, std::ios::binary) << source;
+        std::string command =
+            "cd " + folder + " && " RESCOMPILE_PROGRAM " " + option + file + " table.cpp 2>said";
         int status = std::system(command.c_str());
         table = Bytes(folder + "/table.cpp");
         said = Bytes(folder + "/said");
@@ -95,4 +100,130 @@ TEST_F(Rescompile, RefusesEachFaultWithItsLineAndWritesNothing)
         EXPECT_EQ(said, c.message) << c.source;
         EXPECT_EQ(table, "") << c.source;
     }
+}
+
+TEST_F(Rescompile, WritesMenusAndKeysSortedByNumber)
+{
+    EXPECT_EQ(CompileMenus("# Bemerkung\n"
+                           "key 30 \"Ctrl+Shift+S\"\n"
+                           "menu 20\r\n"
+                           "    7 \"\u00D6&ffnen...\"\r\n"
+                           "menu 10\n"
+                           "    popup \"&Datei\"\n"
+                           "        1 \"Neu?\"\n"
+                           "\n"
+                           "        separator\n"
+                           "        # zwischen den Zeilen\n"
+                           "        popup \"Mehr\"\n"
+                           "            2 \"a\\\"b\"\n"
+                           "        3 \"c\"\n"
+                           "    4 \"d\"\n"
+                           "key 4 \"F5\"\n"
+                           "key 30 \"Del\"\n"),
+              0)
+        << said;
+    EXPECT_EQ(table, "// Made by tools/rescompile.\n#include \"res/tables.h\"\n\nnamespace\n{\n"
+                     "const ResMENUITEM items10[] = {\n"
+                     "    {0, 0, \"&Datei\"},\n"
+                     "    {1, 1, \"Neu\\077\"},\n"
+                     "    {1, 0, NULL},\n"
+                     "    {1, 0, \"Mehr\"},\n"
+                     "    {2, 2, \"a\\042b\"},\n"
+                     "    {1, 3, \"c\"},\n"
+                     "    {0, 4, \"d\"},\n"
+                     "};\n"
+                     "const ResMENUITEM items20[] = {\n"
+                     "    {0, 7, \"\\326&ffnen...\"},\n"
+                     "};\n"
+                     "} // namespace\n\n"
+                     "const ResMENU resMenus[] = {\n"
+                     "    {10, items10, 7},\n"
+                     "    {20, items20, 1},\n"
+                     "};\nconst int resMenuCount = 2;\n\n"
+                     "const ResACCEL resAccels[] = {\n"
+                     "    {4, \"F5\"},\n"
+                     "    {30, \"Ctrl+Shift+S\"},\n"
+                     "    {30, \"Del\"},\n"
+                     "};\nconst int resAccelCount = 3;\n");
+}
+
+TEST_F(Rescompile, CountsNoKeysWhereThereAreNone)
+{
+    EXPECT_EQ(CompileMenus("menu 1\n    2 \"a\"\n"), 0) << said;
+    EXPECT_NE(table.find("{0, \"\"},\n};\nconst int resAccelCount = 0;\n"), std::string::npos) << table;
+}
+
+TEST_F(Rescompile, KnowsTheKeysOfACommand)
+{
+    for (const char *key : {"Ctrl+N", "Alt+F4", "Ctrl+Alt+Shift+F12", "Shift+Ins", "Esc", "Del", "F1", "Ctrl+0",
+                            "Ctrl+PgDown", "Return", "Tab", "Home", "End", "Up", "Left"})
+        EXPECT_EQ(CompileMenus(std::string("menu 1\n    2 \"a\"\nkey 2 \"") + key + "\"\n"), 0) << key << said;
+    for (const char *key : {"N", "7", "Shift+N", "Strg+N", "ctrl+N", "Ctrl+n", "Shift+Ctrl+N", "Ctrl+Ctrl+N",
+                            "Ctrl+", "Ctrl", "Ctrl+Entf", "F0", "F13", "Ctrl+ N", "Ctrl+\u00C4"})
+        EXPECT_EQ(CompileMenus(std::string("menu 1\n    2 \"a\"\nkey 2 \"") + key + "\"\n"), 1) << key;
+}
+
+TEST_F(Rescompile, RefusesEachFaultOfAMenuWithItsLineAndWritesNothing)
+{
+    const struct {
+        std::string source;
+        const char *message;
+    } cases[] = {
+        {"", "menus.txt:0: there is no menu in this file\n"},
+        {"key 1 \"F1\"\n", "menus.txt:1: there is no menu in this file\n"},
+        {"menu\n", "menus.txt:1: a number up to 65535 is expected behind \"menu\"\n"},
+        {"menu x\n", "menus.txt:1: a number up to 65535 is expected behind \"menu\"\n"},
+        {"menu 1 2\n", "menus.txt:1: a number up to 65535 is expected behind \"menu\"\n"},
+        {"menu 0\n", "menus.txt:1: a number up to 65535 is expected behind \"menu\"\n"},
+        {"menu 65536\n", "menus.txt:1: a number up to 65535 is expected behind \"menu\"\n"},
+        {"menu 99999999999999999999\n", "menus.txt:1: a number up to 65535 is expected behind \"menu\"\n"},
+        {"menus 1\n", "menus.txt:1: \"menu\", \"key\" or an indented item is expected\n"},
+        {"7 \"a\"\n", "menus.txt:1: \"menu\", \"key\" or an indented item is expected\n"},
+        {"menu 1\n    2 \"a\"\nmenu 1\n", "menus.txt:3: menu 1 stands twice\n"},
+        {"menu 1\n", "menus.txt:1: the menu above has no items\n"},
+        {"menu 1\nkey 2 \"F1\"\n", "menus.txt:2: the menu above has no items\n"},
+        {"menu 1\nmenu 2\n", "menus.txt:2: the menu above has no items\n"},
+        {"    2 \"a\"\n", "menus.txt:1: this item belongs to no menu\n"},
+        {"menu 1\n    2 \"a\"\nkey 2 \"F1\"\n    3 \"b\"\n", "menus.txt:4: this item belongs to no menu\n"},
+        {"menu 1\n\t2 \"a\"\n", "menus.txt:2: the indentation has tabs; a level is 4 blanks\n"},
+        {"menu 1\n   2 \"a\"\n", "menus.txt:2: the indentation is no multiple of 4 blanks\n"},
+        {"menu 1\n        2 \"a\"\n", "menus.txt:2: this item stands deeper than its popup's items\n"},
+        {"menu 1\n    2 \"a\"\n        3 \"b\"\n",
+         "menus.txt:3: this item stands deeper than its popup's items\n"},
+        {"menu 1\n    separator\n        3 \"b\"\n",
+         "menus.txt:3: this item stands deeper than its popup's items\n"},
+        {"menu 1\n    popup \"a\"\n    3 \"b\"\n", "menus.txt:3: the popup above has no items\n"},
+        {"menu 1\n    popup \"a\"\n", "menus.txt:2: the popup above has no items\n"},
+        {"menu 1\n    popup \"a\"\n        popup \"b\"\n            popup \"c\"\n                popup \"d\"\n"
+         "                    5 \"e\"\n",
+         "menus.txt:6: popups lie at most 3 levels deep\n"},
+        {"menu 1\n    popup\n", "menus.txt:2: a text in quotes is expected\n"},
+        {"menu 1\n    popup \"\"\n", "menus.txt:2: the text is empty\n"},
+        {"menu 1\n    2 \"\"\n", "menus.txt:2: the text is empty\n"},
+        {"menu 1\n    2 \"a\n", "menus.txt:2: the closing quote is missing\n"},
+        {"menu 1\n    2\n", "menus.txt:2: a blank and a text in quotes are expected behind the number\n"},
+        {"menu 1\n    0 \"a\"\n", "menus.txt:2: commands begin at 1\n"},
+        {"menu 1\n    70000 \"a\"\n", "menus.txt:2: numbers end at 65535\n"},
+        {"menu 1\n    2 \"\u65e5\"\n", "menus.txt:2: a character is outside Windows-1252, or not UTF-8\n"},
+        {"menu 1\n    2 \"a\"\n    2 \"b\"\n", "menus.txt:3: command 2 stands twice in this menu\n"},
+        {"menu 1\n    separator 5\n", "menus.txt:2: something stands behind the separator\n"},
+        {"menu 1\n    2 \"a\"\nkey 0 \"F1\"\n", "menus.txt:3: commands begin at 1\n"},
+        {"menu 1\n    2 \"a\"\nkey \"F1\"\n", "menus.txt:3: a number is expected\n"},
+        {"menu 1\n    2 \"a\"\nkey 2 \"F77\"\n", "menus.txt:3: \"F77\" is no key\n"},
+        {"menu 1\n    2 \"a\"\nkey 2 \"F1\"\nkey 3 \"F1\"\n",
+         "menus.txt:4: F1 is the key of command 2 already\n"},
+    };
+    for (const auto &c : cases) {
+        EXPECT_EQ(CompileMenus(c.source), 1) << c.source;
+        EXPECT_EQ(said, c.message) << c.source;
+        EXPECT_EQ(table, "") << c.source;
+    }
+}
+
+TEST_F(Rescompile, SaysWhichFileItCannotRead)
+{
+    std::string command = "cd " + folder + " && " RESCOMPILE_PROGRAM " --menus keine.txt table.cpp 2>said";
+    EXPECT_NE(std::system(command.c_str()), 0);
+    EXPECT_EQ(Bytes(folder + "/said"), "keine.txt:0: the file cannot be read\n");
+    EXPECT_FALSE(std::filesystem::exists(folder + "/table.cpp"));
 }
