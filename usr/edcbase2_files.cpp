@@ -165,7 +165,7 @@ void TEdcDocument::CommandNew()
             bool made = NewDocument(true); __test;
             if (made) {
                 TakePath(name);
-                UpdateCaption();
+                UpdateCaption(); __test;
             }
         }
     __point
@@ -198,7 +198,7 @@ void TEdcDocument::OpenNamed(const char *name)
             bool read = ReadFile(name); __test;
             if (read) {
                 TakePath(copy);
-                UpdateCaption();
+                UpdateCaption(); __test;
             }
         }
     __point
@@ -296,7 +296,7 @@ bool TEdcDocument::AskFileName(bool save, char *name, int max)
         } else if (answered && !StrCopy(name, data.name.c_str(), max)) {
             Message(GetResString(TEXT_LONG_NAME), ""); __test;
         } else {
-            chosen = answered; __test;
+            chosen = answered;
         }
     __point
     __treat
