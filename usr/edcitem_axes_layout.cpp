@@ -15,6 +15,7 @@
 namespace
 {
 const double USABLE_LEAST = 0.7; // of the whole length that decoration must leave
+const double SCALE_MOST = 1e300; // a range next to nothing stays finite
 enum { TICKS_MAX = 1000 };       // more cannot be read on any device
 enum { DIGITS_WIDEST = 12 };     // a longer number is printed with an exponent
 
@@ -38,6 +39,7 @@ struct Room {
     int Start(double scale) const { return AtEnd() ? half : Labels(scale); }
     int End(double scale) const { return AtEnd() ? Labels(scale) : half; }
     double Usable(int whole) const;
+    bool LeavesEnough(int whole) const { return Usable(whole) >= std::max(USABLE_LEAST * whole, 1.0); }
 };
 
 /// Length of the range that fits with its room into `whole`, in full pixels.
@@ -188,9 +190,7 @@ void TEdcAxesLayout::MeasureRoom()
     up.title = TitleRoom(axes.xLabel, gap);
     across.half = std::max(across.half, metrics.line); // lines at the ends of the range
     up.half = std::max(up.half, metrics.line);
-    if (across.Usable(maxRect.Width()) < USABLE_LEAST * maxRect.Width() ||
-        up.Usable(maxRect.Height()) < USABLE_LEAST * maxRect.Height())
-        axes.decorated = false;
+    axes.decorated = across.LeavesEnough(maxRect.Width()) && up.LeavesEnough(maxRect.Height());
 }
 
 /// Inches per model unit first, for the limits are given so.
@@ -199,8 +199,8 @@ void TEdcAxesLayout::Scale(bool keepRatio)
     double width = axes.decorated ? across.Usable(maxRect.Width()) : maxRect.Width();
     double height = axes.decorated ? up.Usable(maxRect.Height()) : maxRect.Height();
     ASSERT_AS(across.max > across.min && up.max > up.min, "max > min");
-    double x = width / dc.DpiX() / (axes.xMax - axes.xMin);
-    double y = height / dc.DpiY() / (axes.yMax - axes.yMin);
+    double x = std::min(width / dc.DpiX() / (axes.xMax - axes.xMin), SCALE_MOST);
+    double y = std::min(height / dc.DpiY() / (axes.yMax - axes.yMin), SCALE_MOST);
     if (axes.xMaxScale > 0)
         x = std::min(x, axes.xMaxScale * axes.zoom);
     if (axes.yMaxScale > 0)

@@ -3,6 +3,7 @@
 #include "lib/platform.h"
 #include "lib/xfail.h"
 
+#include <climits>
 #include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
@@ -160,6 +161,75 @@ TEST(EdcResFormat, TakesItsFormatFromTheResources)
     EXPECT_EQ(EdcResFormat(4230, 2), "Strahlungsint. [E+2 W/m2]");
     EXPECT_EQ(EdcResFormat(4292, 12.0), "alle Kriterien sind erf\xFCllt - 12% Grundri\xDF");
     EXPECT_EQ(EdcResFormat(1, 12.0), "");
+}
+
+TEST(EdcNearest, RoundsHalvesAwayFromZeroAndKeepsToTheIntegers)
+{
+    const struct {
+        double value;
+        int nearest;
+    } cases[] = {
+        {0, 0},
+        {0.49, 0},
+        {0.5, 1},
+        {-0.5, -1},
+        {1.5, 2},
+        {2.5, 3},
+        {-2.5, -3},
+        {-2.49, -2},
+        {0.49999999999999994, 0},
+        {4.5e8, 450000000},
+        {2147483646.4, 2147483646},
+        {2147483646.5, INT_MAX},
+        {2147483647, INT_MAX},
+        {-2147483647.4, INT_MIN},
+        {-2147483646.5, -INT_MAX},
+        {2147483648.0, INT_MAX},
+        {-2147483648.0, INT_MIN},
+        {huge, INT_MAX},
+        {-huge, INT_MIN},
+        {infinite, INT_MAX},
+        {-infinite, INT_MIN},
+        {std::nan(""), 0},
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(EdcNearest(c.value), c.nearest) << c.value;
+}
+
+TEST(Frexp10, SplitsANumberIntoAMantissaBelowOneAndAPowerOfTen)
+{
+    const struct {
+        double x, mantissa;
+        int exponent;
+    } cases[] = {
+        {0, 0, 0},           {1, 0.1, 1},       {-1, -0.1, 1},   {0.1, 0.1, 0},     {9.99, 0.999, 1},
+        {10, 0.1, 2},        {60, 0.6, 2},      {2.5, 0.25, 1},  {1234, 0.1234, 4}, {0.5, 0.5, 0},
+        {0.05, 0.5, -1},     {1e-9, 0.1, -8},   {1e12, 0.1, 13}, {-24, -0.24, 2},   {0.012, 0.12, -1},
+        {8e-300, 0.8, -299}, {3e300, 0.3, 301},
+    };
+    for (const auto &c : cases) {
+        int exponent = -1;
+        double mantissa = Frexp10(c.x, exponent);
+        EXPECT_NEAR(mantissa, c.mantissa, 1e-12) << c.x;
+        EXPECT_EQ(exponent, c.exponent) << c.x;
+    }
+}
+
+TEST(Frexp10, GivesAMantissaFromATenthToOneOnEveryDecade)
+{
+    for (int decade = -290; decade <= 290; ++decade) {
+        for (double factor : {1.0, 1.0000001, 2.0, 3.1622, 3.1623, 5.0, 7.5, 9.9999999}) {
+            double x = factor * std::pow(10.0, decade);
+            int exponent = 0;
+            double mantissa = Frexp10(x, exponent);
+            ASSERT_LT(mantissa, 1) << x;
+            ASSERT_GE(mantissa, 0.1 * (1 - 1e-12)) << x;
+            ASSERT_NEAR(mantissa * std::pow(10.0, exponent) / x, 1, 1e-12);
+            int negative = 0;
+            ASSERT_EQ(Frexp10(-x, negative), -mantissa);
+            ASSERT_EQ(negative, exponent);
+        }
+    }
 }
 
 TEST(EdcFailureHook, ShowsTheMessageOfEachCodeWithItsName)
