@@ -19,6 +19,7 @@
 #include <QMouseEvent>
 #include <QPalette>
 #include <QPixmap>
+#include <QScreen>
 #include <QScrollBar>
 #include <QStyle>
 #include <QThread>
@@ -191,6 +192,16 @@ void Minimize(TWindow &window, bool on)
 {
     QWidget *top = WidgetOf(window)->window();
     top->setWindowState(on ? Qt::WindowMinimized : Qt::WindowNoState);
+    Settle();
+}
+
+void MoveToScreen(TWindow &window, int screen)
+{
+    QWidget *top = WidgetOf(window)->window();
+    QScreen *target = QGuiApplication::screens().value(screen);
+    ASSERT(target != NULL);
+    top->setScreen(target);
+    top->move(target->geometry().topLeft());
     Settle();
 }
 

@@ -27,6 +27,7 @@ void DragThumb(TWindow &window, TBar bar, int position, bool letGo);
 void Drop(TWindow &window, const char *nativePath); // a file from another program
 void LoseActivation(TWindow &window);               // another program comes to the front
 void Minimize(TWindow &window, bool on);
+void MoveToScreen(TWindow &window, int screen);                 // from 0
 void DarkTheme(bool on);                                        // the desktop's
 void Key(TWindow &window, const char *name, unsigned keys = 0); // "PgDown", "Home", "F5", "Ctrl+P" ...
 std::string KeyName(const char *key);                           // as menus show it, Windows-1252

@@ -174,6 +174,8 @@ private:
     void Send(MESSAGE message);
     template <class MESSAGE>
     void Notify(MESSAGE message);
+    using BUTTON = void (TWindow::*)(unsigned, TPoint);
+    void SendButton(QMouseEvent *event, BUTTON left, BUTTON right);
     TPoint PointOf(QPointF position) const;
     void CatchUp();
     void PaintOrWait(const QRegion &shown);
@@ -389,36 +391,30 @@ void TWindow::Impl::Area::scrollContentsBy(int, int)
     });
 }
 
-void TWindow::Impl::Area::mousePressEvent(QMouseEvent *event)
+void TWindow::Impl::Area::SendButton(QMouseEvent *event, BUTTON left, BUTTON right)
 {
     CatchUp();
     unsigned keys = KeysOf(event->modifiers());
     TPoint at = PointOf(event->position());
     if (event->button() == Qt::LeftButton)
-        Send([=](TWindow &to) { to.EvLButtonDown(keys, at); });
+        Send([=](TWindow &to) { (to.*left)(keys, at); });
     if (event->button() == Qt::RightButton)
-        Send([=](TWindow &to) { to.EvRButtonDown(keys, at); });
+        Send([=](TWindow &to) { (to.*right)(keys, at); });
+}
+
+void TWindow::Impl::Area::mousePressEvent(QMouseEvent *event)
+{
+    SendButton(event, &TWindow::EvLButtonDown, &TWindow::EvRButtonDown);
 }
 
 void TWindow::Impl::Area::mouseReleaseEvent(QMouseEvent *event)
 {
-    CatchUp();
-    unsigned keys = KeysOf(event->modifiers());
-    TPoint at = PointOf(event->position());
-    if (event->button() == Qt::LeftButton)
-        Send([=](TWindow &to) { to.EvLButtonUp(keys, at); });
-    if (event->button() == Qt::RightButton)
-        Send([=](TWindow &to) { to.EvRButtonUp(keys, at); });
+    SendButton(event, &TWindow::EvLButtonUp, &TWindow::EvRButtonUp);
 }
 
 void TWindow::Impl::Area::mouseDoubleClickEvent(QMouseEvent *event)
 {
-    if (event->button() != Qt::LeftButton)
-        return mousePressEvent(event);
-    CatchUp();
-    unsigned keys = KeysOf(event->modifiers());
-    TPoint at = PointOf(event->position());
-    Send([=](TWindow &to) { to.EvLButtonDblClk(keys, at); });
+    SendButton(event, &TWindow::EvLButtonDblClk, &TWindow::EvRButtonDown);
 }
 
 /// The toolkit holds the mouse while a button is down; only who has captured it hears of what is outside.
@@ -514,7 +510,9 @@ void TWindow::Impl::PaintInvalid()
     if (!alive || !alive->impl)
         return;
     painting = false;
-    backing->TakeDamage(); // what was painted is shown by the paint event
+    backing->TakeDamage();  // what was painted is shown by the paint event
+    if (!invalid.isEmpty()) // under a message box, whose events only blit
+        area->Update(FromQt(invalid.boundingRect()));
 }
 
 void TWindow::Impl::PaintNow(const QRegion &region, bool erased)

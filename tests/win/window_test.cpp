@@ -504,6 +504,30 @@ TEST(Window, FailingPaintIsReportedAndTheWindowStaysUsable)
     EXPECT_EQ(canvas.heard, "ldown 0 1,1 lup 0 1,1 ");
 }
 
+TEST(Window, MessageOutOfPaintIsShown)
+{
+    Canvas canvas;
+    canvas.Open();
+    TestServices services;
+    std::string text;
+    testdoor::Script([&](testdoor::ModalBox &box) {
+        text = box.Text();
+        canvas.Invalidate(); // the box is moved about over the window
+        testdoor::Settle();
+        box.Answer(1);
+    });
+    canvas.paint = [&text](TDC &dc, const TRect &r) {
+        if (text.empty())
+            Message("Assertion failed");
+        dc.FillRect(r, SolidBrush(WIN_BLACK));
+    };
+    canvas.InvalidateRect({0, 0, 10, 10});
+    testdoor::Settle();
+    EXPECT_EQ(text, "Assertion failed");
+    EXPECT_FALSE(canvas.NeedsPaint());
+    ExpectPicture(canvas, std::vector<TColor>(testdoor::Pixels(canvas).size(), WIN_BLACK));
+}
+
 TEST(Window, FailureOfAHandlerEndsAtTheLoop)
 {
     HookScope hook;
