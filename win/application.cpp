@@ -7,6 +7,7 @@
 #include <QEvent>
 #include <QLibraryInfo>
 #include <QLocale>
+#include <QSettings>
 #include <QTimer>
 #include <QTranslator>
 #include <QWidget>
@@ -110,6 +111,8 @@ TApplication::Impl::Impl(TApplication &anOwner, int &argc, char **argv)
     std::setlocale(LC_NUMERIC, "C");
     QLocale german(QLocale::German, QLocale::Germany);
     QLocale::setDefault(german);
+    // The toolkit would keep a file of its own about its dialogs; below this there can be none.
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("/dev/null"));
     QApplication::setStyle("fusion");
     QApplication::setApplicationName(QString::fromStdString(owner.Name()));
     if (dialogs.load("qtbase_de", QLibraryInfo::path(QLibraryInfo::TranslationsPath)))

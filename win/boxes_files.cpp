@@ -12,7 +12,6 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLineEdit>
-#include <QSettings>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -84,9 +83,10 @@ public:
         setWindowTitle(saves ? QStringLiteral("Speichern unter") : QString::fromUtf8("Öffnen"));
         setLabelText(LookIn, QStringLiteral("Suchen in:"));
         setLabelText(FileName, QStringLiteral("Datei&name:"));
-        setLabelText(FileType, QStringLiteral("Datei&typ:"));
+        setLabelText(FileType, QStringLiteral("Dateityp:"));
         setLabelText(Accept, saves ? QStringLiteral("&Speichern") : QString::fromUtf8("Ö&ffnen"));
         setLabelText(Reject, QStringLiteral("Abbrechen"));
+        resize(760, 480); // the columns can be read
     }
 
     void accept() override
@@ -166,8 +166,6 @@ void Propose(FileDialog &dialog, const std::string &name)
 
 bool AskForFile(TWindow *owner, TFileDialogData &data, bool saves)
 {
-    // The toolkit would keep a file of its own about its dialogs; below this there can be none.
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("/dev/null"));
     FileDialog dialog(reinterpret_cast<QWidget *>(ModalParent(owner)), owner, saves);
     dialog.setNameFilters({Shown(data.filter + " (*." + data.extension + ")")});
     dialog.setDefaultSuffix(Shown(data.extension));

@@ -1,4 +1,5 @@
 // The print dialog and the abort dialog.
+#include "win/application.h"
 #include "win/boxes.h"
 #include "win/modal.h"
 #include "win/printer_parts.h"
@@ -197,6 +198,13 @@ QLabel *AddLine(QVBoxLayout *layout, const QString &text)
     return label;
 }
 
+/// As the application does it, which keeps its main window open meanwhile.
+void Pump()
+{
+    if (TApplication *application = TApplication::Current())
+        application->PumpWaitingMessages();
+}
+
 void ShowNow(QLabel *label, const QString &text)
 {
     label->setText(text);
@@ -224,7 +232,7 @@ TAbortDialog::TAbortDialog(TWindow *owner, const std::string &title, const std::
     dialog.show();
     AbortFace face(dialog);
     RunAbortScripts(face, 0);
-    QCoreApplication::processEvents();
+    Pump();
 }
 
 TAbortDialog::~TAbortDialog() = default;
@@ -235,6 +243,6 @@ bool TAbortDialog::ShowPage(int page, int last)
     ShowNow(impl->last, QStringLiteral("bis %1").arg(last));
     AbortFace face(impl->dialog);
     RunAbortScripts(face, page);
-    QCoreApplication::processEvents();
+    Pump();
     return !impl->ended;
 }

@@ -265,14 +265,14 @@ TEST_F(Printing, ThePrintDialogProposesTheTitleAsPdf)
     Sheets sheets("Halle 5/6");
     std::string seen, field;
     testdoor::Script([&](testdoor::ModalBox &box) {
-        seen = box.Kind() + "|" + box.Caption();
+        seen = box.Kind() + "|" + box.Caption() + "|" + box.Buttons();
         field = box.FileName();
         box.Answer(WIN_ID_CANCEL);
     });
     EXPECT_FALSE(printer.Print(NULL, sheets, true));
     EXPECT_EQ(printer.Result(), WIN_PRINT_CANCELLED);
     EXPECT_EQ(sheets.calls, "info");
-    EXPECT_EQ(seen, "print|Drucken");
+    EXPECT_EQ(seen, "print|Drucken|Abbrechen Drucken Eigenschaften Einstellungen >>");
     EXPECT_EQ(std::filesystem::path(field).filename(), "Halle 5-6.pdf");
     EXPECT_TRUE(std::filesystem::is_directory(std::filesystem::path(field).parent_path())) << field;
 }
