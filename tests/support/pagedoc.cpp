@@ -17,13 +17,6 @@ constexpr int MAP_HEIGHT = 24;
 constexpr int MAP_COLORS = 12;
 constexpr double HALL_LENGTH = 60.0; // m
 constexpr double HALL_WIDTH = 24.0;  // m
-
-const char *const paragraphText =
-    "Absatz %d. Der W\xE4rme"
-    "durchgang der Wand betr\xE4gt 0.8~W/m^2^K, die Strahlungsintensit\xE4t im "
-    "Arbeitsbereich soll 200~W/m^2^ nicht \xFC"
-    "berschreiten. Bei CO_2_-freiem Betrieb und einer "
-    "Lufttemperatur von 15~^o^C stellt sich in Kopfh\xF6he die operative Temperatur t_o_ ein.";
 } // namespace
 
 void TLineTool::Draw(TDC &dc) const
@@ -220,7 +213,7 @@ void TPageDoc::Fill(int paragraphs)
         SetMargins(TEdcMargins(1.0, 1.0, 1.0, 1.0, EDC_UCM));
         AddText("Entwurf der Strahlungsheizung", fontTitle, 0, 0); __test;
         for (int i = 1; i <= paragraphs; ++i) {
-            AddText(EdcFormat(paragraphText, i).c_str(), fontBody, 0, 12); __test;
+            AddText(EdcFormat(PAGEDOC_PARAGRAPH, i).c_str(), fontBody, 0, 12); __test;
         }
         AddText("Grundri\xDF", fontHeading, EDC_BoKEEP, 24); __test;
         plan = new TPlanBlock();

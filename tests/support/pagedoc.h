@@ -11,6 +11,14 @@
 #include <string>
 #include <vector>
 
+/// A paragraph of some lines with marks; the number of the paragraph goes into it.
+#define PAGEDOC_PARAGRAPH                                                                                      \
+    "Absatz %d. Der W\xE4rme"                                                                                  \
+    "durchgang der Wand betr\xE4gt 0.8~W/m^2^K, die Strahlungsintensit\xE4t im "                               \
+    "Arbeitsbereich soll 200~W/m^2^ nicht \xFC"                                                                \
+    "berschreiten. Bei CO_2_-freiem Betrieb und einer "                                                        \
+    "Lufttemperatur von 15~^o^C stellt sich in Kopfh\xF6he die operative Temperatur t_o_ ein."
+
 /// Draws a line from press to release, exclusive-or while the mouse moves; the plan keeps it in metres.
 class TLineTool : public TEdcMouseTool
 {
