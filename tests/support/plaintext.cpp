@@ -10,9 +10,7 @@ std::ostream &operator<<(std::ostream &out, const PlainPiece &p)
     return out << p.x << "," << p.y << " " << p.width << " " << p.style << " [" << p.text << "]";
 }
 
-namespace
-{
-int MeasuredLine(TDC &dc, const PlainOrder &order)
+int PlainLineHeight(TDC &dc, const PlainOrder &order)
 {
     TFont font;
     font.face = order.face;
@@ -21,7 +19,7 @@ int MeasuredLine(TDC &dc, const PlainOrder &order)
     return dc.FontMetrics().height;
 }
 
-int MeasuredChar(TDC &dc, const PlainOrder &order, int lineHeight, int style, char c)
+int PlainCharWidth(TDC &dc, const PlainOrder &order, int lineHeight, int style, char c)
 {
     int flags = style | order.format;
     TFont font;
@@ -32,6 +30,8 @@ int MeasuredChar(TDC &dc, const PlainOrder &order, int lineHeight, int style, ch
     return dc.CharWidth(static_cast<unsigned char>(c));
 }
 
+namespace
+{
 class TWIN
 {
 public:
@@ -102,7 +102,7 @@ private:
             raw.pop_back();
         Add(style, raw);
     }
-    int CharWidth(int style, char c) { return MeasuredChar(dc, order, lineHeight, style, c); }
+    int CharWidth(int style, char c) { return PlainCharWidth(dc, order, lineHeight, style, c); }
     /// The character at `at`, which becomes the place of the `~` for `!~`; a `~` that stands for a blank is
     /// one.
     static char CharAt(const std::string &s, size_t &at)
@@ -113,7 +113,7 @@ private:
     }
     void Break()
     {
-        lineHeight = MeasuredLine(dc, order);
+        lineHeight = PlainLineHeight(dc, order);
         std::vector<PlainPiece> &pieces = result.pieces;
         size_t breakPiece = 0, breakAt = 0;
         int breakX = -1, count = 0, x = 0, y = 0;

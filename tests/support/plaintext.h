@@ -39,6 +39,9 @@ struct PlainOrder {
 /// What the twin can get wrong, to show that a difference would be seen.
 enum PlainFault { PLAIN_SOUND, KEEPS_TILDES, BREAKS_LATE, FORGETS_PLACE };
 
+int PlainLineHeight(TDC &dc, const PlainOrder &order); // px
+int PlainCharWidth(TDC &dc, const PlainOrder &order, int lineHeight, int style, char c);
+
 /// Lays the text out with the device's fonts.
 PlainLayout LayPlainText(const PlainOrder &order, TDC &dc, PlainFault fault = PLAIN_SOUND);
 

@@ -132,7 +132,7 @@ TEST_F(EdcTextBreak, AddsWidthsUpAndFillsNoLineBeyondItsWidth)
             y = piece.y;
             int sum = 0;
             for (char c : piece.text)
-                sum += MeasuredChar(dc, order, MeasuredLine(dc, order), piece.style, c);
+                sum += PlainCharWidth(dc, order, PlainLineHeight(dc, order), piece.style, c);
             EXPECT_EQ(piece.width, sum) << Describe(order);
             end += piece.width;
             letters += static_cast<int>(piece.text.size());
@@ -166,7 +166,7 @@ TEST_F(EdcTextBreak, LosesNothingButBlanksAtTheEndsOfLines)
         PlainOrder order = RandomOrder(chance);
         order.breakMode = EDC_BREAKNONE;
         PlainLayout whole = Lay(order);
-        EXPECT_EQ(whole.height, MeasuredLine(dc, order));
+        EXPECT_EQ(whole.height, PlainLineHeight(dc, order));
         order.breakMode = EDC_BREAKWIDTH;
         std::string all = Joined(whole), broken = Joined(Lay(order));
         std::erase(all, ' ');
