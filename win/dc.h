@@ -74,12 +74,13 @@ public:
     // Drawing, with pen, brush, font and mix that are set, relative to the viewport.
     virtual void Polyline(const TPoint *points, int count) = 0; // the last point is drawn too
     virtual void Polygon(const TPoint *points, int count) = 0;  // closed, filled by alternation
-    virtual void
-    Rectangle(const TRect &rect) = 0;            // outline from (left, top) to (right - 1, bottom - 1), filled
-    virtual void Ellipse(const TRect &rect) = 0; // within the same corners
-    virtual void FillRect(const TRect &rect, const TBrush &brush) = 0;    // no outline
-    virtual void InvertRect(const TRect &rect) = 0;                       // WIN_MIX_INVERT
-    virtual void TextOut(int x, int y, const char *text, int length) = 0; // Windows-1252
+    /// Outline from (left, top) to (right - 1, bottom - 1), filled within it; without a pen all is filled.
+    virtual void Rectangle(const TRect &rect) = 0;
+    virtual void Ellipse(const TRect &rect) = 0;                       // within the same corners
+    virtual void FillRect(const TRect &rect, const TBrush &brush) = 0; // no outline
+    virtual void InvertRect(const TRect &rect) = 0;                    // WIN_MIX_INVERT; nothing on paper
+    /// Windows-1252. Text is subject to no mix: it is always copied.
+    virtual void TextOut(int x, int y, const char *text, int length) = 0;
     /// The bitmap over `rect`, nearest neighbour, in the mix that is set; lossless on paper.
     virtual void StretchBitmap(const TRect &rect, const TBitmap &bitmap) = 0;
     /// Vector strokes for metafiles: outlines in 1/16 px, each closed or open, in one fill by `winding` or

@@ -10,7 +10,9 @@ namespace
 {
 
 constexpr double INCHES_PER_METRE = 1 / 0.0254;
-constexpr int PAPER_REACH = 1 << 15; // px; more than any sheet, and far from where a PDF's numbers end
+constexpr int EXTENT_MAX = 32767;       // px; the painter reaches no farther
+constexpr int64_t PIXELS_MAX = 1 << 29; // 2 GB
+constexpr int PAPER_REACH = 1 << 15;    // px; more than any sheet, and far from where a PDF's numbers end
 
 QRect ToQt(const TRect &r)
 {
@@ -77,7 +79,11 @@ private:
 
 QImage ImageSurface::Made(TSize size, int dpi)
 {
-    QImage made(std::max(1, size.cx), std::max(1, size.cy), QImage::Format_RGB32);
+    const int width = std::max(1, size.cx);
+    const int height = std::max(1, size.cy);
+    if (width > EXTENT_MAX || height > EXTENT_MAX || int64_t(width) * height > PIXELS_MAX)
+        throw std::bad_alloc();
+    QImage made(width, height, QImage::Format_RGB32);
     if (made.isNull())
         throw std::bad_alloc();
     made.setDotsPerMeterX(qRound(dpi * INCHES_PER_METRE));

@@ -699,7 +699,7 @@ void TSurfaceDC::Polygon(const TPoint *points, int count)
         return;
     const std::vector<TPoint> corners = OnSurface(*this, points, count);
     if (canvas.IsPaper() || canvas.PenWidth() > 1)
-        canvas.FillPath(PolygonPath(corners, 0.5), state.brush);
+        canvas.FillPath(PolygonPath(corners, canvas.PenWidth() > 0 ? 0.5 : 0), state.brush);
     else
         canvas.FillRuns(PolygonRuns(corners, canvas.PenWidth(), canvas.Visible()).inside, state.brush);
     canvas.Line(corners, true);

@@ -3,6 +3,7 @@
 
 #include "lib/charstr.h"
 #include "support/chance.h"
+#include "support/fault.h"
 #include "support/testapp.h"
 #include "win/dc.h"
 
@@ -279,4 +280,20 @@ TEST(Fonts, AFontThatIsUsedStaysWhileOthersComeAndGo)
         FontTable({.face = "Arial", .height = -em});
         EXPECT_EQ(&FontTable(often), table);
     }
+}
+
+TEST(Fonts, AWidthThatWasAskedBeforeCostsNoAllocation)
+{
+    TestApplication();
+    TMeasureDC dc(96);
+    dc.SetFont({.face = "Times New Roman", .height = -17});
+    int first = 0;
+    for (int c = 0; c < 256; ++c)
+        first += dc.CharWidth(static_cast<unsigned char>(c));
+    const size_t asked = BytesAsked();
+    int again = 0;
+    for (int c = 0; c < 256; ++c)
+        again += dc.CharWidth(static_cast<unsigned char>(c));
+    EXPECT_EQ(BytesAsked(), asked);
+    EXPECT_EQ(again, first);
 }

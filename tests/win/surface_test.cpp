@@ -517,7 +517,8 @@ TEST(Surface, AnImageThatCannotBeHadThrowsAndASmallOneHasAPixel)
 {
     TestApplication();
     EXPECT_THROW(TSurface::Image({INT_MAX, INT_MAX}, 96), std::bad_alloc);
-    EXPECT_THROW(TMemoryDC({100000, 100000}, 96), std::bad_alloc);
+    EXPECT_THROW(TMemoryDC({100000, 1}, 96), std::bad_alloc);
+    EXPECT_THROW(TMemoryDC({32000, 32000}, 96), std::bad_alloc);
     EXPECT_EQ(TSurface::Image({0, -5}, 96)->Size(), (TSize{1, 1}));
     TMemoryDC dc({0, 0}, 96);
     dc.FillRect({0, 0, 1, 1}, SolidBrush(RED));
