@@ -76,6 +76,8 @@ private:
 /// Stores the program's path, native form: its folder and its file name are where everything beside the program
 /// is looked up. Called once at start. False if the folder cannot be named.
 bool SetProgramPath(const char *nativePath);
+/// The same with the path of this process: XFOPEN and that path where it cannot be found or named.
+void FindProgramPath();
 const CdeFILENAME &ProgramFolder();
 const CdeFILENAME &ProgramName();
 

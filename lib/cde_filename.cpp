@@ -2,7 +2,12 @@
 // so a name equals its own copy. Whatever does not fit into 255 characters is cut off.
 #include "lib/cde.h"
 #include "lib/charstr.h"
+#include "lib/disk.h"
 #include "lib/xassert.h"
+
+#include <unistd.h>
+
+#include "lib/xon.h"
 
 namespace
 {
@@ -328,6 +333,20 @@ bool SetProgramPath(const char *nativePath)
     programName = program;
     programName.Lower();
     return true;
+}
+
+void FindProgramPath()
+{
+    __enter
+        char path[NATIVE_MAX];
+        ssize_t length = readlink("/proc/self/exe", path, sizeof path - 1);
+        path[length < 0 ? 0 : length] = EOS;
+        if (length < 0 || !SetProgramPath(path)) {
+            NameFromNative(xFOpenName, path, X_NAME);
+            __raise(XFOPEN);
+        }
+    __point
+    __treat
 }
 
 const CdeFILENAME &ProgramFolder()

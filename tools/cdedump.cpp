@@ -4,6 +4,7 @@
 #include "lib/cde.h"
 #include "lib/disk.h"
 #include "tools/console.h"
+#include "tools/console_german.h"
 #include "usr/edcutils.h"
 
 #include <CLI/CLI.hpp>
@@ -321,18 +322,6 @@ int Dump(const std::string &path)
     return status;
 }
 
-void SpeakGerman(CLI::App &app)
-{
-    auto format = std::make_shared<CLI::Formatter>();
-    format->label("Usage", "Aufruf");
-    format->label("OPTIONS", "OPTIONEN");
-    format->label("Positionals", "Argumente");
-    format->label("REQUIRED", "");
-    app.formatter(format);
-    app.set_help_flag("-h,--help", "zeigt diese Hilfe");
-    app.get_help_ptr()->group("Optionen");
-}
-
 int Start(int argc, char **argv)
 {
     int status = UNSOUND;
@@ -340,7 +329,7 @@ int Start(int argc, char **argv)
         std::string path;
         CLI::App app("Zeigt die Elemente einer typisierten Datei (.sc1, .gim, .zec) mit ihren Positionen.",
                      "cdedump");
-        SpeakGerman(app);
+        ConsoleSpeakGerman(app);
         app.add_option("DATEI", path, "Datei")->required()->type_name("");
         try {
             app.parse(argc, argv);

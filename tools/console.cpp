@@ -56,22 +56,6 @@ void ConsoleStart()
     SetFailureHook(EdcFailureHook);
 }
 
-void ConsoleProgramPath()
-{
-    __enter
-        char path[NATIVE_MAX];
-        ssize_t length = readlink("/proc/self/exe", path, sizeof path - 1);
-        path[length < 0 ? 0 : length] = EOS;
-        if (length < 0 || !SetProgramPath(path)) {
-            char name[X_NAME];
-            NameFromNative(name, path, X_NAME);
-            SetFailedName(XFOPEN, name);
-            __raise(XFOPEN);
-        }
-    __point
-    __treat
-}
-
 void ConsoleName(CdeFILENAME &name, const char *path, XCODE code)
 {
     __enter

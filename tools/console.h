@@ -14,9 +14,6 @@
 /// process.
 void ConsoleStart();
 
-/// Stores where the program stands, for what is looked up beside it. XFOPEN if its path cannot be named.
-void ConsoleProgramPath();
-
 /// A path from the command line as a name of the system. One that would not come back as it was given
 /// (characters outside the set, more of them than fit, blanks or dots that names do not keep) raises `code`,
 /// which is XFOPEN for what is to be read and XFCREATE for what is to be written.

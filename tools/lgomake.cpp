@@ -2,6 +2,7 @@
 // behind it, so that what stands at the end is a logo that the program shows.
 #include "lib/charstr.h"
 #include "tools/console.h"
+#include "tools/console_german.h"
 #include "usr/edcitem.h"
 #include "win/metafile.h"
 
@@ -79,18 +80,6 @@ int Make(const std::string &picturePath, const std::string &logoPath)
     return status;
 }
 
-void SpeakGerman(CLI::App &app)
-{
-    auto format = std::make_shared<CLI::Formatter>();
-    format->label("Usage", "Aufruf");
-    format->label("OPTIONS", "OPTIONEN");
-    format->label("Positionals", "Argumente");
-    format->label("REQUIRED", "");
-    app.formatter(format);
-    app.set_help_flag("-h,--help", "zeigt diese Hilfe");
-    app.get_help_ptr()->group("Optionen");
-}
-
 int Start(int argc, char **argv)
 {
     int status = FAILED;
@@ -100,7 +89,7 @@ int Start(int argc, char **argv)
             "Macht aus einer Metadatei (.emf, .wmf) eine Logodatei (.lgo). Die Logodatei merkt sich ihren "
             "Namen: Wird sie umbenannt, zeigt das Programm sie nicht mehr.",
             "lgomake");
-        SpeakGerman(app);
+        ConsoleSpeakGerman(app);
         app.add_option("BILD", picture, "Metadatei")->required()->type_name("");
         app.add_option("LOGO", logo, "Logodatei, Name mit höchstens 31 Zeichen")->required()->type_name("");
         try {

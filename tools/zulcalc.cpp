@@ -46,7 +46,7 @@ void ChooseModelFolder(const std::string &path)
 {
     __enter
         if (path.empty()) {
-            ConsoleProgramPath(); __test;
+            FindProgramPath(); __test;
         } else {
             CdeFILENAME folder;
             ConsoleName(folder, path.c_str(), XFOPEN); __test;

@@ -1,5 +1,6 @@
 #include "usr/edcapp.h"
 
+#include "lib/cde.h"
 #include "lib/platform.h"
 #include "lib/xassert.h"
 #include "res/tables.h"
@@ -44,6 +45,7 @@ TEdcApplication::~TEdcApplication()
 void TEdcApplication::InitMainWindow()
 {
     __enter
+        FindProgramPath(); __test;
         startUp(); __test;
         ASSERT(appDocumentWin != NULL);
         SetName(title);

@@ -6,7 +6,6 @@
 #include "lib/xassert.h"
 #include "usr/edcitem.h"
 #include "usr/edcutils.h"
-#include "win/application.h"
 #include "win/dc.h"
 #include "win/metafile.h"
 
@@ -141,7 +140,7 @@ bool ParseImage(TMetafile &image, const uint8_t *bytes, size_t size)
 /// Throws std::bad_alloc.
 std::string LogoPath(const char *fname)
 {
-    return (logoDirectory.empty() ? WinProgramDirectory() : logoDirectory) + fname;
+    return (logoDirectory.empty() ? std::string(ProgramFolder()) + '\\' : logoDirectory) + fname;
 }
 
 /// False if the file could not be written; then what `path` held is still there.

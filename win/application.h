@@ -54,8 +54,6 @@ void RemoveServices();
 
 /// Milliseconds since the program asked first; starts again at 0 after 24 days.
 int WinTickCount();
-/// Folder of the executable in the system's form, with a closing backslash; empty where it cannot be expressed.
-const std::string &WinProgramDirectory();
 void WinBeep();
 /// Shows the wait cursor while it lives; they may nest.
 class TWaitCursor

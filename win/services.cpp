@@ -90,20 +90,6 @@ const char *GermanCurrency()
         FromUtf8(German().currencySymbol(QLocale::CurrencySymbol).toUtf8().constData());
     return symbol.c_str();
 }
-
-std::string FindProgramDirectory()
-{
-    char native[NATIVE_MAX];
-    char name[NATIVE_MAX];
-    ssize_t length = readlink("/proc/self/exe", native, sizeof native - 1);
-    if (length <= 0)
-        return {};
-    native[length] = EOS;
-    if (!NameFromNative(name, native, sizeof name))
-        return {};
-    std::string directory(name);
-    return directory.substr(0, directory.rfind('\\') + 1);
-}
 } // namespace
 
 /// What lib/platform.h named before.
@@ -154,12 +140,6 @@ int WinTickCount()
     static const steady_clock::time_point start = steady_clock::now();
     int64_t passed = duration_cast<milliseconds>(steady_clock::now() - start).count();
     return static_cast<int>(passed & INT_MAX);
-}
-
-const std::string &WinProgramDirectory()
-{
-    static const std::string directory = FindProgramDirectory();
-    return directory;
 }
 
 void WinBeep()

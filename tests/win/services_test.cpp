@@ -117,14 +117,6 @@ TEST(Services, NumbersKeepTheirPoint)
     EXPECT_EQ(std::strtod("1.5", NULL), 1.5);
 }
 
-TEST(Services, ProgramDirectoryEndsWithABackslashAndHoldsTheProgram)
-{
-    const std::string &directory = WinProgramDirectory();
-    ASSERT_FALSE(directory.empty());
-    EXPECT_EQ(directory.back(), '\\');
-    EXPECT_EQ(directory.find('/'), std::string::npos);
-}
-
 TEST(Services, ClockGoesForward)
 {
     int before = WinTickCount();
