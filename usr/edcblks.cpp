@@ -61,7 +61,7 @@ void TEdcTextBlock::Layout(TDC &dc, TEdcSize &trueSize, double scale)
     __treat
 }
 
-void TEdcTextBlock::Paint(TDC &dc, const TRect &)
+void TEdcTextBlock::Paint(TDC &dc, const TRect &part)
 {
-    txt.Paint(dc);
+    txt.Paint(dc, part);
 }

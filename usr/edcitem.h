@@ -67,6 +67,8 @@ public:
     /// Parses, breaks and aligns the text and places it in `rect`, which becomes the measured rectangle.
     void Layout(TDC &dc, TRect &rect, int breakMode, int hAlign, int vAlign);
     void Paint(TDC &dc) const;
+    /// Only the lines that meet `part` or stand next to it: a text may be far longer than the window.
+    void Paint(TDC &dc, const TRect &part) const;
     void Clear();
 
     TEdcTextFrag *first = NULL;  // owned; NULL when not laid out
@@ -89,6 +91,7 @@ private:
     void Parse(const char *s);
     void Break(TDC &dc, int breakMode, int maxWidth);
     void Align();
+    void PaintLines(TDC &dc, int top, int bottom) const;
     const char *FaceName() const { return fontName != NULL ? fontName : edcDefaultFont.name; }
     TFont FragmentFont(int style) const;
     friend struct TEdcTextBreaker;

@@ -10,6 +10,7 @@
 #include "win/dc.h"
 
 #include <algorithm>
+#include <climits>
 #include <cstring>
 #include <deque>
 
@@ -380,6 +381,18 @@ void TEdcText::Layout(TDC &dc, TRect &rect, int breakMode, int hAlign, int vAlig
 
 void TEdcText::Paint(TDC &dc) const
 {
+    PaintLines(dc, INT_MIN, INT_MAX);
+}
+
+/// One line more on both sides, for ink may reach out of its own.
+void TEdcText::Paint(TDC &dc, const TRect &part) const
+{
+    PaintLines(dc, Sum(part.top - y, -2 * lineHeight), Sum(part.bottom - y, lineHeight));
+}
+
+/// The lines that start between `top` and `bottom`, px from the text's top.
+void TEdcText::PaintLines(TDC &dc, int top, int bottom) const
+{
     bool formerOpaque = dc.State().opaque;
     TTextAlign formerAlign = dc.State().align;
     __enter
@@ -388,6 +401,8 @@ void TEdcText::Paint(TDC &dc) const
             dc.SetOpaque(false);
             dc.SetTextColor(color);
             for (const TEdcTextFrag *frag = first; frag != NULL; frag = frag->next) {
+                if (frag->y < top || frag->y > bottom)
+                    continue;
                 if (frag->style != style)
                     dc.SetFont(FragmentFont(frag->style));
                 style = frag->style;

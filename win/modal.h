@@ -50,7 +50,7 @@ private:
 /// The abort dialog of a print job runs the scripts for the page that it shows.
 void RunAbortScripts(TModalFace &face, int page);
 
-/// The face over a message box of the toolkit (a QMessageBox), ours or one of its own.
+/// The face over a message box of the toolkit, ours or one of its own.
 std::unique_ptr<TModalFace> MessageBoxFace(TNativeWidget *box);
 
 /// What a modal box is put over: the modal box that is up, else the owner's window, else the main window's.

@@ -18,7 +18,7 @@ struct TPrintPages {
     bool lastFirst = false;
 };
 
-/// The print dialog over a printer of the toolkit (a QPrinter), which takes what the user sets. The PDF that is
+/// The print dialog over a printer of the toolkit, which takes what the user sets. The PDF that is
 /// proposed is named by the title.
 /// @return  false where the user cancels
 bool AskForPrint(TWindow *owner, TNativeDevice *printer, const std::string &title, TPrintPages &pages);

@@ -80,6 +80,9 @@ class CheckTest(unittest.TestCase):
     def test_a_toolkit_header_is_found(self):
         self.assert_finds("lib/good.h", "#include <QWidget>\n", "toolkit header outside")
 
+    def test_a_toolkit_name_is_found(self):
+        self.assert_finds("lib/good.h", "class Q" + "Widget;\n", "lib/good.h:1: names the toolkit")
+
     def test_an_unformatted_file_is_found(self):
         self.assert_finds("lib/good.h", "int  a ;\n", "not formatted: lib/good.h")
 

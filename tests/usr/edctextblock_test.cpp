@@ -23,9 +23,10 @@ protected:
         TEdcSize size(inches, 100);
         blk.Layout(dc, size, scale);
         EXPECT_EQ(size.Width(), inches);
+        int height = size.ToPixels(dc, scale).cy;
         dc.calls.clear();
-        blk.Paint(dc, {0, 0, 10, 10});
-        return size.ToPixels(dc, scale).cy;
+        blk.Paint(dc, {0, 0, 10, height});
+        return height;
     }
 
     TEdcDocument doc;
@@ -119,6 +120,28 @@ TEST_F(EdcTextBlock, AsksForALayoutWhenItChanges)
     blk.SetSize(1);
     EXPECT_EQ(doc.obsolete, EDC_LAYOUT);
     doc.UnlinkBlock(&blk);
+}
+
+TEST_F(EdcTextBlock, PaintsTheLinesOfThePartAndTheirNeighboursOnly)
+{
+    std::string text;
+    for (char c = 'a'; c <= 'z'; ++c)
+        text.append(1, c).append("\n");
+    blk.SetText(text.c_str());
+    int line = Height(screen, 1, 1) / 27; // 26 and the empty one behind them
+    struct {
+        int top, bottom; // lines
+        const char *painted;
+    } table[] = {{0, 1, "ab"},   {10, 12, "jklm"}, {25, 26, "yz"}, {0, 27, "abcdefghijklmnopqrstuvwxyz"},
+                 {100, 101, ""}, {-9, -8, ""}};
+    for (const auto &row : table) {
+        screen.calls.clear();
+        blk.Paint(screen, {0, row.top * line + 1, 10, row.bottom * line - 1});
+        std::string painted;
+        for (size_t at = screen.calls.find('"'); at != std::string::npos; at = screen.calls.find('"', at + 3))
+            painted += screen.calls[at + 1];
+        EXPECT_EQ(painted, row.painted) << row.top;
+    }
 }
 
 TEST_F(EdcTextBlock, FlowsThroughADocument)
