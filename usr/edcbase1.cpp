@@ -154,7 +154,7 @@ TColor TColorScale::Color(int index) const
 {
     ASSERT(palette != NULL);
     ASSERT(index >= 0 && index < size);
-    return palette->entries[static_cast<size_t>(first + index)];
+    return palette->entries[static_cast<size_t>(Index(index))];
 }
 
 TEdcPalette::~TEdcPalette()
