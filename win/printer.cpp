@@ -57,7 +57,7 @@ private:
     bool OpenBeside(const std::string &folder, int mode);
     void TakeLikeness(int former);
     void Flush();
-    void Close();
+    void CloseFile();
     void Discard();
 
     std::string target; // native, links followed
@@ -139,7 +139,7 @@ void PdfFile::Flush()
     buffer.clear();
 }
 
-void PdfFile::Close()
+void PdfFile::CloseFile()
 {
     if (fd >= 0 && disk->close(std::exchange(fd, -1)) != 0)
         Fail();
@@ -150,7 +150,7 @@ bool PdfFile::Settle()
     Flush();
     if (error == 0 && disk->sync(fd) != 0)
         Fail();
-    Close();
+    CloseFile();
     if (error == 0 && disk->rename(path.c_str(), target.c_str()) != 0)
         Fail();
     if (error == 0)
@@ -161,7 +161,7 @@ bool PdfFile::Settle()
 
 void PdfFile::Discard()
 {
-    Close();
+    CloseFile();
     if (!path.empty())
         disk->unlink(path.c_str());
     path.clear();

@@ -512,9 +512,8 @@ void DrawFigure(TSurface &surface, const TDCState &state, const Figure &figure, 
 
 std::vector<TPoint> OnSurface(const TDC &dc, const TPoint *points, int count)
 {
-    std::vector<TPoint> placed;
-    for (int i = 0; i < count; ++i)
-        placed.push_back(dc.ToSurface(points[i]));
+    std::vector<TPoint> placed(static_cast<size_t>(std::max(count, 0)));
+    std::transform(points, points + placed.size(), placed.begin(), [&dc](TPoint p) { return dc.ToSurface(p); });
     return placed;
 }
 
