@@ -195,7 +195,7 @@ TEdcTextBlock *TPageDoc::AddText(const char *text, const TEdcFontRec &font, unsi
         blk = new TEdcTextBlock();
         blk->SetText(text); __test;
         blk->SetFontRec(&font);
-        blk->SetSize(1.0);
+        blk->SetSize(1.0, 0); // what follows a kept heading counts its wanted height
         blk->SetMargins(TEdcMargins(0, top, 0, 0, EDC_UPT));
         blk->SetOptions(options | EDC_BoROW);
         LinkBlock(blk, NULL, true); __test;
