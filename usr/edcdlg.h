@@ -4,10 +4,15 @@
 // back. The same state tells what came of parsing a text. A record of values is walked by Size(), so a value
 // class has no virtual destructor and nothing stands before Size() in it.
 // Validators check and convert a control's text against a range and a unit.
+// Dialogs and controls bind a record of values to a window: each control takes its field, in the order in which
+// the controls are constructed, and tells by the field's Size() where the next one stands.
 #ifndef USR_EDCDLG_H
 #define USR_EDCDLG_H
 
+#include "win/dialog.h"
+#include "win/menu.h"
 #include "win/validator.h"
+#include <memory>
 
 enum {
     EDC_VUDF = -2, // undefined: not set, merged values differ, parsing failed, or a text did not fit
@@ -172,6 +177,7 @@ public:
     void Error(TWindow *owner) override;
     bool IsValid(const char *text) override;
     int Transfer(char *text, void *value, int direction) override;
+    std::string Hint() const override;
 
 private:
     double min, max;  // both included
@@ -186,6 +192,7 @@ public:
     void Error(TWindow *owner) override;
     bool IsValid(const char *text) override;
     int Transfer(char *text, void *value, int direction) override;
+    std::string Hint() const override;
 
 private:
     int min, max; // both included
@@ -200,10 +207,257 @@ public:
     void Error(TWindow *owner) override;
     bool IsValid(const char *text) override;
     int Transfer(char *text, void *value, int direction) override;
+    std::string Hint() const override;
 
 private:
     int minYear, maxYear; // both included; nothing to a format without a year
     const char *format;   // weak
+};
+
+/// A dialog whose subclasses see what the user does through three hooks. A failure that a hook leaves pending
+/// is reported, and the dialog stays open.
+class TEdcDialog : public TDialog
+{
+public:
+    /// The parent is the application's main window. `record`: the transfer record, a view.
+    explicit TEdcDialog(int resId, void *record = NULL);
+
+    virtual void Cancel();              // the user closes the window; base: Close(2, true)
+    virtual void Button(int id);        // a push button, or Return (1) and Esc (2); base: 1 closes, 2 cancels
+    virtual void Changed(HWND control); // what the user changed; NULL once, when the dialog has opened
+    virtual void Double(HWND control);  // a second click
+
+    /// With `cancel` ends the dialog as it is. Without, all controls are asked, transferred and then it ends; a
+    /// control that refuses keeps it open.
+    void Close(int id, bool cancel);
+    /// Changed() comes for the window once the current message is done; of several in one turn the last counts.
+    void PostChanged(TWindow *wnd);
+
+    void DialogProc(const TDialogMessage &message) override;
+
+private:
+    void Dispatch(const TDialogMessage &message);
+    void Notification(const TDialogMessage &message);
+    void DropList(HWND control, int code);
+};
+
+enum {
+    EDC_CfNOTRANSFER = 1, // no field of the record is this control's
+    EDC_CfNOGET = 2,      // the record gets back what was set, whatever the window shows
+    EDC_CfCASE = 4,       // texts that differ in case differ
+    EDC_CfUNIQUE = 8      // Add() takes no text twice
+};
+
+class TEdcEdit : public TEdit
+{
+public:
+    /// @param txtLim  room with the terminator, SHORTSTRMAX to LONGSTRMAX
+    TEdcEdit(TDialog *dialog, int resId, int txtLim = SHORTSTRMAX, TValidator *validator = NULL,
+             int aFlags = 0);
+
+    void SetValue(const TEdcAStr &v); // anything but EDC_VVAL shows as empty
+    void GetValue(TEdcAStr &v) const; // undefined where it is blank or does not fit
+    bool IsChanged() const;
+    void SetFlags(int f) { flags = f; }
+    int GetFlags() const { return flags; }
+    void SetupWindow() override;
+    int Transfer(void *field, int direction) override; // a TEdcValue *
+
+private:
+    TEdcLongStr value; // what was set or got last
+    int flags;
+};
+
+/// The items' data tell what they stand for: EDC_VVAL for ordinary entries, EDC_VUDF for "(Auswahl)", which
+/// takes all that is not in the list, EDC_VNUL for "(nichts)".
+class TEdcComboBox : public TComboBox
+{
+public:
+    TEdcComboBox(TDialog *dialog, int resId, int txtLim = SHORTSTRMAX, TValidator *validator = NULL,
+                 int aFlags = 0);
+
+    void SetValidator(TValidator *v); // owned; the former one goes
+    TValidator *GetValidator() const { return validator.get(); }
+    int Add(const TEdcAStr &v);                          // @return its index, below 0 where there is no window
+    int Find(const char *text, int start, int id) const; // id -1: any; @return -1 where there is none
+    int SelectById(int id, bool forward);                // or the first with EDC_VUDF; @return the index or -1
+    void SetValue(const TEdcAStr &v);
+    void GetValue(TEdcAStr &v) const;
+    bool IsChanged() const;
+    void SetFlags(int f) { flags = f; }
+    int GetFlags() const { return flags; }
+    bool IsValid(bool report);
+    bool CanClose() override;
+    void SetupWindow() override;
+    int Transfer(void *field, int direction) override;
+
+private:
+    std::unique_ptr<TValidator> validator;
+    TEdcLongStr value;
+    int flags;
+};
+
+/// As the combo box without an edit field.
+class TEdcListBox : public TListBox
+{
+public:
+    TEdcListBox(TDialog *dialog, int resId, TValidator *validator = NULL, int aFlags = 0);
+
+    void SetValidator(TValidator *v);
+    TValidator *GetValidator() const { return validator.get(); }
+    int Add(const TEdcAStr &v);
+    int Find(const char *text, int start, int id) const;
+    int SelectById(int id, bool forward);
+    void SetValue(const TEdcAStr &v);
+    void GetValue(TEdcAStr &v) const;
+    bool IsChanged() const;
+    void SetFlags(int f) { flags = f; }
+    int GetFlags() const { return flags; }
+    bool IsValid(bool report);
+    bool CanClose() override;
+    int Transfer(void *field, int direction) override;
+
+private:
+    std::unique_ptr<TValidator> validator;
+    TEdcLongStr value;
+    int flags;
+};
+
+class TEdcStatic : public TStatic
+{
+public:
+    using TStatic::TStatic;
+    /// A numbered text, or the picture of that number where the style shows pictures; 0 is empty. Without a
+    /// call the resource's own stays.
+    void SetRes(int aResId);
+    void SetText(const char *text) override;
+    void SetupWindow() override;
+    void CleanupWindow() override;
+
+private:
+    enum { NONE = -1 };
+    void ShowRes();
+    int resId = NONE;
+};
+
+class TEdcButton : public TButton
+{
+public:
+    using TButton::TButton;
+    void SetRes(int aResId); // as TEdcStatic
+    void SetupWindow() override;
+    void CleanupWindow() override;
+
+private:
+    enum { NONE = -1 };
+    void ShowRes();
+    int resId = NONE;
+};
+
+class TEdcCheckGroup;
+
+class TEdcCheckBox : public TEdcButton
+{
+public:
+    TEdcCheckBox(TDialog *dialog, int resId, TEdcCheckGroup *group = NULL, bool aTristate = false,
+                 int aFlags = 0);
+    ~TEdcCheckBox() override;
+
+    void SetTristate(bool on); // off makes an undefined box unchecked
+    void SetValue(const TEdcInt &v);
+    void GetValue(TEdcInt &v) const; // undefined where it is neither
+    bool IsChecked() const;
+    bool IsUnchecked() const;
+    bool IsChanged() const;
+    void SetFlags(int f) { flags = f; }
+    int GetFlags() const { return flags; }
+    TEdcCheckGroup *Group() const { return group; }
+    void SetupWindow() override;
+    int Transfer(void *field, int direction) override;
+    void EvNotify(int code) override; // the group first
+
+private:
+    friend class TEdcCheckGroup;
+    TEdcCheckBox *next = NULL;    // view; next box of the group
+    TEdcCheckGroup *group = NULL; // view
+    bool tristate;
+    TEdcInt value; // what was set or got last
+    int flags;
+};
+
+inline constexpr unsigned MAXLONG = 0x7FFFFFFF;
+
+/// Takes no part in transfer; its group does.
+class TEdcRadioButton : public TEdcCheckBox
+{
+public:
+    TEdcRadioButton(TDialog *dialog, unsigned resId, TEdcCheckGroup *group); // reports its number
+    TEdcRadioButton(TDialog *dialog, unsigned resId, TEdcCheckGroup *group, int aData);
+
+    void SetData(int aData) { data = aData; }
+    int Data() const { return data; }
+    void SetupWindow() override;
+    int Transfer(void *field, int direction) override;
+
+private:
+    int data; // what the group reports while this button is on
+};
+
+/// Check boxes that speak with one voice: a click in one is a click in the group for the dialog.
+class TEdcCheckGroup : public TControl
+{
+public:
+    TEdcCheckGroup(TDialog *dialog, int resId);
+    ~TEdcCheckGroup() override;
+
+    void Add(TEdcCheckBox *ck); // at the head of the chain
+    TEdcCheckBox *First() const { return first; }
+    TEdcCheckBox *Next(TEdcCheckBox *ck) const;
+    void Enable(bool on);                   // all boxes and the group
+    virtual void Clicked(TEdcCheckBox *ck); // base: tells the dialog
+
+protected:
+    friend class TEdcCheckBox;
+    void Remove(TEdcCheckBox *ck);
+    TEdcCheckBox *first = NULL; // view; the one added last
+};
+
+class TEdcRadioGroup : public TEdcCheckGroup
+{
+public:
+    TEdcRadioGroup(TDialog *dialog, int resId, bool aAllowNone = false, int aFlags = 0);
+
+    void SetAllowNone(bool on);
+    bool GetAllowNone() const { return allowNone; }
+    void SetValue(const TEdcInt &v);
+    void GetValue(TEdcInt &v) const;
+    bool IsChanged() const;
+    void SetFlags(int f) { flags = f; }
+    int GetFlags() const { return flags; }
+    void Clicked(TEdcCheckBox *ck) override;
+    void SetupWindow() override;
+    int Transfer(void *field, int direction) override;
+
+private:
+    bool allowNone;
+    TEdcInt value;
+    int flags;
+    int mark = 0; // 2: a frame shows that the group has the focus, 1: the frame is to go, 0: none
+};
+
+/// A menu of the resources for the right mouse button.
+class TEdcPopupMenu
+{
+public:
+    explicit TEdcPopupMenu(int resId);
+    void Load(int resId);   // in place of what is there
+    void Append(int resId); // behind it
+    /// Shows it on the main window's client at a point of its client area; `defaultItem` stands out, 0 for
+    /// none.
+    void Track(const TPoint &pos, int defaultItem);
+
+private:
+    TMenu handle;
 };
 
 #endif

@@ -8,4 +8,6 @@ struct TNativePainter; // a painter
 struct TNativeDevice;  // anything that can be painted on
 struct TNativeImage;   // an image
 
+using HWND = TNativeWidget *; // where only a window's identity counts; NULL while it has no widget
+
 #endif

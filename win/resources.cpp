@@ -80,6 +80,11 @@ const ResPICTURE *FindPicture(int id)
                        : NULL;
 }
 
+const ResDIALOG *FindDialog(int id)
+{
+    return tablesInUse ? FindEntry(tablesInUse->dialogs, tablesInUse->dialogCount, &ResDIALOG::id, id) : NULL;
+}
+
 TDrawnPicture DrawPicture(int id, double scale)
 {
     TDrawnPicture drawn;

@@ -1,4 +1,4 @@
-// Menus, keys and pictures of the resources, as the window system layer looks them up.
+// Menus, keys, pictures and dialogs of the resources, as the window system layer looks them up.
 #ifndef WIN_RESOURCES_H
 #define WIN_RESOURCES_H
 
@@ -14,6 +14,7 @@ const ResMENU *FindMenu(int id); // NULL where there is none
 const char *FindAccelerator(int command);
 std::span<const ResACCEL> Accelerators();
 const ResPICTURE *FindPicture(int id);
+const ResDIALOG *FindDialog(int id); // NULL where there is none
 
 inline constexpr int PICTURE_MAX = 1024; // px, the largest extent that pictures are drawn at
 

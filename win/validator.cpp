@@ -23,3 +23,8 @@ int TValidator::Adjust(char *, int)
 {
     return 0;
 }
+
+std::string TValidator::Hint() const
+{
+    return {};
+}

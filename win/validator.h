@@ -3,9 +3,14 @@
 #ifndef WIN_VALIDATOR_H
 #define WIN_VALIDATOR_H
 
+#include <string>
+
 class TWindow;
 
-enum { WIN_VALIDATOR_TRANSFER = 2 };                         // option bit: Transfer converts
+enum {
+    WIN_VALIDATOR_TRANSFER = 2, // option bit: Transfer converts
+    WIN_VALIDATOR_POINT = 16    // option bit: a number with a point, so the comma key types one
+};
 enum { WIN_TRANSFER_GETDATA = 0, WIN_TRANSFER_SETDATA = 1 }; // from the text, to the text
 
 class TValidator
@@ -27,6 +32,8 @@ public:
     /// Steps the value in the text by `increment`. Base: leaves the text as it is.
     /// @return by how much the value changed
     virtual int Adjust(char *text, int increment);
+    /// What will do, for a tooltip; "" where there is nothing to say. Base: "".
+    virtual std::string Hint() const;
 
     bool HasOption(unsigned bit) const { return (options & bit) != 0; }
 

@@ -62,6 +62,7 @@ public:
     virtual void Create();
     bool IsCreated() const;
     TNativeWidget *Native() const; // NULL before Create()
+    HWND GetHandle() const { return Native(); }
     TWindow *Parent() const { return parent; }
     void SetParent(TWindow *window);           // before Create()
     virtual void SetCaption(const char *text); // Windows-1252
