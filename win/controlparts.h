@@ -18,6 +18,17 @@ protected:
 /// tab order and label buddies are the dialog's business, all else the widget's.
 HWND MakeControl(const ResCONTROL &line, TNativeWidget *dialog, TControlSite &site);
 
+/// The part of MakeControl for drop-down lists and list boxes.
+HWND MakeListControl(const ResCONTROL &line, TNativeWidget *dialog, TControlSite &site);
+
+/// Makes a widget known as a control: WindowClass, WindowStyle and WindowId answer from it.
+void MarkControl(HWND widget, const char *windowClass, unsigned style, int id); // the class is a literal
+
+/// A field of one line that takes only what the character set holds, as a child of `parent`.
+TNativeWidget *MakeLineField(TNativeWidget *parent);
+/// @param textLimit  with the terminator, 0 for none. @param rules  a view, may be NULL
+void SetFieldRules(TNativeWidget *field, int textLimit, const TValidator *rules);
+
 /// The least extent in the toolkit's units at which nothing of the widget's text or picture is cut, lines
 /// broken at the present width where its kind breaks lines.
 TSize NeededExtent(HWND control);
