@@ -39,6 +39,11 @@ enum : unsigned {
 enum TNotification {
     WIN_BN_CLICKED = 0,
     WIN_BN_DBLCLK = 5,
+    WIN_BN_SETFOCUS = 6,  // of a frame; one with a tab stop takes the focus
+    WIN_BN_KILLFOCUS = 7, // of a frame
+    WIN_BN_NEXT =
+        0x100, // of a radio button and a frame with the focus: key down or right; of a frame: space, too
+    WIN_BN_PRIOR = 0x101, // ... up or left
     WIN_LBN_SELCHANGE = 1,
     WIN_LBN_DBLCLK = 2,
     WIN_CBN_SELCHANGE = 1, // before the list closes: with it dropped, each step of the arrow keys
@@ -75,7 +80,10 @@ public:
     void TakeFocus();
     void SetTabStop(bool on);
     void SetTip(const char *text); // tooltip; "" for none
-    std::string Text() const;      // as the window shows it; mnemonics with their &
+    /// A dithered frame 2 pixels outside the control, which shows that it has the focus.
+    void ShowMark(bool on);
+    bool IsMarked() const;
+    std::string Text() const; // as the window shows it; mnemonics with their &
     virtual void SetText(const char *text);
 
     /// The widget is there, the record is not transferred yet. Base: nothing.
