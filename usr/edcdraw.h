@@ -1,0 +1,378 @@
+// Things of a plan in metres: sprites on a pair of axes, with handles, and the protocol by which a drag moves,
+// turns, copies and reshapes them; the tools that select, align and create; the dialogs for exact places.
+// Model coordinates are metres with y up, angles radians counter-clockwise in (-pi, pi]; device coordinates are
+// pixels of the block with y down. During a drag only inverted outlines are drawn; a sprite is repainted when
+// it is dropped.
+#ifndef USR_EDCDRAW_H
+#define USR_EDCDRAW_H
+
+#include "lib/ag.h"
+#include "lib/array.h"
+#include "usr/edcdlg.h"
+#include "usr/edcitem.h"
+#include "usr/edcsprit.h"
+#include "win/gdi.h"
+
+enum {
+    EDC_TlSELECT = 21011,
+    EDC_TlALIGN = 21503,
+    EDC_TlSTOCK = 21511,
+    EDC_TlRECT = 21515,
+    EDC_CmOPEN = 21801,
+    EDC_CmLOCATE = 21803,
+    EDC_CmALIGN = 21805
+};
+
+/// The geometry of a sprite as seen from outside, in a frame turned by `refAngle`.
+struct TEdcDrawDesc {
+    AgPOINT position;                                   // lower left corner of the bounding rectangle, m
+    AgVECTOR size;                                      // its extents, m
+    double refAngle = 0;                                // of the frame, rad
+    double angle = 0;                                   // the sprite's own rotation, rad
+    AgPOINT topLeft, topRight, bottomLeft, bottomRight; // m
+    AgPOINT topMid, bottomMid, leftMid, rightMid, centre;
+};
+/// Fills in the nine points.
+void Complete(TEdcDrawDesc &desc);
+
+/// Where a sprite can be grasped.
+struct TEdcDrawHandle {
+    enum : uint16_t { SNAPS = 1, DRAWN = 2 };
+    uint16_t flags = 0;
+    int32_t x = 0, y = 0; // px, of the centre
+    int32_t width = 0, height = 0;
+    AgPOINT point;     // m
+    int32_t index = 0; // in the shape
+};
+
+enum : uint32_t {
+    EDC_DRAWDRAGMOVE = 1,     // by `shift`
+    EDC_DRAWDRAGHANDLE = 2,   // only the grabbed handle
+    EDC_DRAWDRAGROTATE = 4,   // about `pivot` by `angle`
+    EDC_DRAWDRAGABSOLUTE = 8, // `angle` is the new rotation
+    EDC_DRAWDRAGCOPY = 16     // the original stays
+};
+/// One step of a drag, in metres.
+struct TEdcDrawDrag {
+    uint32_t mode = 0;
+    int tool = 0;
+    AgVECTOR shift;
+    TEdcDrawHandle *handle = NULL; // view
+    AgPOINT pivot;
+    double angle = 0; // rad
+};
+
+/// What a creating tool hands to a layer. `stock` is the layer's own record of parameters.
+struct TEdcDrawCreation {
+    int type = 0; // of the tool; a layer may put the sprite's in its place
+    uint16_t flags = 0;
+    ARRAY<AgPOINT> points; // m
+    void *stock = NULL;    // view
+};
+
+struct TEdcDrawLocateData;
+struct TEdcDrawAlignNode;
+
+/// What the align dialog answers.
+struct TEdcDrawAlign {
+    enum : uint32_t {
+        BELOW = 1,     // top middle on the line
+        MIDDLE = 2,    // centre on the line
+        ABOVE = 4,     // bottom middle on the line
+        STRETCH = 8,   // spread along the line
+        SELORDER = 16, // in the order of selecting, else as they lie along the line
+        GAPS = 32,     // equal gaps, else equal distances of the centres
+        VALUE = 64,    // by `value`, else over the whole line
+        ROTATE = 128,
+        TOXAXIS = 256 // `angle` counts from the x axis, else from the line
+    };
+    uint32_t mode = 0;
+    AgPOINT org, end; // m, z 0
+    double angle = 0; // rad
+    double value = 0; // m
+};
+
+class TEdcDrawSprite;
+
+class TEdcDrawLayer : public TEdcSpriteLayer
+{
+public:
+    TEdcDrawLayer(int aId, uint16_t anOptions, TEdcAxes *aAxes);
+
+    void Reset() override;
+    void Layout(TDC &dc) override;
+    void OpenAt(unsigned keys, TPoint point) override;
+    void MenuAt(unsigned keys, TPoint point) override;
+    bool Command(int id) override;
+    void CommandEnable(TCommandEnabler &ce) override;
+
+    /// Whether there are parameters for new objects; says so where there are none.
+    virtual bool CanCreate(const TEdcDrawCreation &creation);
+    virtual TEdcSprite *CreateSprite(const TEdcDrawCreation &creation); // the caller adds it; NULL: none
+    /// Asks for the parameters of new objects; `first` forgets the former ones. @return them, or NULL
+    virtual void *QueryCreation(int toolId, bool first);
+    virtual void Open(); // the parameters of the selection
+    virtual void ShowMenu();
+
+    /// Asks where the focus, or one of its handles, is to go. @return whether `drag` holds an answer
+    bool Locate(TEdcDrawDrag &drag, TEdcDrawHandle *handle);
+    void ApplyDrag(TEdcDrawDrag &drag); // to the focus and then to the rest of the selection
+    /// Asks how to align along a line. `count` NULL: the selection; else it gets the number to make.
+    bool AlignQuery(TEdcDrawAlign &spec, const AgPOINT &org, const AgPOINT &end, int *count);
+    void Align(const TEdcDrawAlign &spec);
+
+    TEdcAxes *Axes() const { return axes; }
+    TEdcDrawSprite *DrawFocus() const;
+    double PickTolerance() const { return pickTolerance; }
+    int HandleWidth() const { return handleWidth; }
+    int HandleHeight() const { return handleHeight; }
+    // Of a sprite in its state: black when idle, blue when active, green on black when selected.
+    TColor LineColor(uint16_t spriteState) const;
+    TColor FillColor(uint16_t spriteState) const;
+
+protected:
+    TPoint menuPoint;                  // px, of the last right click or double click
+    TEdcDrawHandle *menuHandle = NULL; // view; what was under it
+    TEdcAxes *axes;                    // view
+    TColor colorIdle = WIN_BLACK;
+    TColor colorActive = {0, 0, 255};
+    TColor colorSelected = {0, 255, 0};
+    TColor fillIdle = WIN_WHITE;
+    TColor fillSelected = WIN_BLACK;
+    int32_t handleWidth = 0, handleHeight = 0; // px
+    double pickTolerance = 0;                  // m
+};
+
+class TEdcDrawSprite : public TEdcSprite
+{
+public:
+    explicit TEdcDrawSprite(int aType);
+    TEdcDrawSprite(const TEdcDrawSprite &other); // takes the type alone
+
+    void SetTool(int id) override;
+    void Layout(TDC &dc) override;
+    bool InRect(const TRect &rect) override;
+    bool HitTest(TPoint point) override; // a handle of the focus
+    void DragBegin(TDC &dc, unsigned mode, TPoint start, TPoint shift) override;
+    void DragMove(TDC &dc, unsigned mode, TPoint start, TPoint shift) override;
+    void DragEnd(TDC &dc, unsigned mode, TPoint start, TPoint shift) override;
+    void DragHide(TDC &dc, bool on) override;
+    void Decorate(TDC &dc) override;
+
+    virtual void Recompute() {} // metres, from the shape's parameters
+    virtual void Describe(TEdcDrawDesc &d, double refAngle);
+    /// Carries out a step for good. @return who took it, this or its new copy
+    virtual TEdcDrawSprite *Apply(TEdcDrawDrag &drag);
+    virtual void Commit(TDC *dc);                // what follows a drop
+    virtual void DragUpdate(TEdcDrawDrag &drag); // computes the ghost
+    virtual void DragPaint(TDC &dc);             // inverts it
+
+    TEdcDrawHandle *HandleAt(TPoint point); // the first one there, NULL for none
+    const TEdcDrawDesc &Desc() const { return desc; }
+    int Type() const { return type; }
+    TEdcDrawLayer *DrawLayer() const;
+    TEdcAxes &Axes() const; // of the layer
+
+    static bool IsDragging() { return dragging; }
+    static bool IsCopying() { return dragCopy; }
+
+protected:
+    bool MakeDrag(TEdcDrawDrag &drag, unsigned mode, TPoint start, TPoint shift, bool first);
+
+    TEdcDrawDesc desc;
+    int type; // what kind of thing it is
+    int toolId = 0;
+    ARRAY<TEdcDrawHandle> handles;
+    bool hidden = false; // the pointer is outside
+    bool dragOk = false; // takes part in the drag
+
+private:
+    void SnapCorners(AgVECTOR &shift) const;
+
+    static bool dragging; // one drag at a time
+    static bool dragCopy;
+};
+
+class TEdcDrawLine : public TEdcDrawSprite
+{
+public:
+    TEdcDrawLine(int aType, const AgPOINT &from, const AgPOINT &to);
+    TEdcDrawLine(int aType, const TEdcDrawCreation &creation); // two points
+    TEdcDrawLine(const TEdcDrawLine &other);
+
+    void SetTool(int id) override;
+    void Layout(TDC &dc) override;
+    bool HitTest(TPoint point) override;
+    void Paint(TDC &dc) override;
+    void Recompute() override;
+    void Describe(TEdcDrawDesc &d, double refAngle) override;
+    TEdcDrawSprite *Apply(TEdcDrawDrag &drag) override;
+    void DragUpdate(TEdcDrawDrag &drag) override;
+    void DragPaint(TDC &dc) override;
+    virtual void Store() {} // into the object of the model
+    virtual TEdcDrawLine *Clone();
+
+    double Length() const { return length; }
+    const AgPOINT &Centre() const { return centre; }
+    double LineAngle() const { return angle; }
+
+protected:
+    struct SHAPE {         // what a drag changes
+        double length = 0; // m
+        AgPOINT centre;
+        double angle = 0; // rad
+    };
+    SHAPE Dragged(const TEdcDrawDrag &drag) const;
+
+    uint16_t kind = 1;
+    double length = 0; // m
+    AgPOINT centre;
+    double angle = 0; // rad
+    AgPOINT ends[2];
+    TPoint devEnds[2];  // px
+    TPoint dragEnds[2]; // px, of the ghost
+};
+
+class TEdcDrawRect : public TEdcDrawSprite
+{
+public:
+    enum : uint16_t { FRAMEONLY = 1, SOLID = 2 }; // FRAMEONLY: the inside cannot be hit
+
+    explicit TEdcDrawRect(int aType);                          // the shape comes from the object of the model
+    TEdcDrawRect(int aType, const TEdcDrawCreation &creation); // two opposite corners
+    TEdcDrawRect(const TEdcDrawRect &other);
+
+    void SetTool(int id) override;
+    void Layout(TDC &dc) override;
+    bool HitTest(TPoint point) override;
+    void Paint(TDC &dc) override;
+    void Recompute() override;
+    void Describe(TEdcDrawDesc &d, double refAngle) override;
+    TEdcDrawSprite *Apply(TEdcDrawDrag &drag) override;
+    void DragUpdate(TEdcDrawDrag &drag) override;
+    void DragPaint(TDC &dc) override;
+    virtual void Store() {}
+    virtual TEdcDrawRect *Clone();
+
+    const AgVECTOR &Size() const { return size; }
+    const AgPOINT &Centre() const { return centre; }
+    double RectAngle() const { return angle; }
+
+protected:
+    struct SHAPE {
+        AgVECTOR size; // m, signed
+        AgPOINT centre;
+        double angle = 0; // rad
+    };
+    SHAPE Dragged(const TEdcDrawDrag &drag) const;
+
+    uint16_t kind = SOLID;
+    AgVECTOR size; // m; negative where a handle was dragged across
+    AgPOINT centre;
+    double angle = 0; // rad
+    AgPOINT corners[4];
+    TPoint devCorners[5];  // px, the fifth closes
+    TPoint dragCorners[5]; // px, of the ghost
+};
+
+/// The selector with the cursors of plans.
+class TEdcDrawSelector : public TEdcSpriteSelector
+{
+public:
+    TEdcDrawSelector(int aId, int cursorId, int copyId); // copyId 0: none
+    void Activate(bool on) override;
+    void MouseMove(TDC &dc, unsigned keys, TPoint point) override;
+
+private:
+    bool activeNow = false;
+    TCursor cursor, cursorCopy, cursorSaved;
+    bool hasCopy;
+};
+
+class TEdcDrawTool : public TEdcSpriteTool
+{
+public:
+    TEdcDrawTool(int aId, int cursorId);
+    void Activate(bool on) override; // swaps the document window's cursor
+
+protected:
+    TEdcAxes &Axes() const;
+    TEdcDrawLayer *DrawLayer() const;
+    bool activeNow = false;
+    TCursor cursor, cursorSaved;
+};
+
+/// Draws a line and aligns the selection along it.
+class TEdcDrawAligner : public TEdcDrawTool
+{
+public:
+    TEdcDrawAligner(int aId, int cursorId, int aNextCommand);
+    void LeftDown(TDC &dc, unsigned keys, TPoint point) override;
+    void LeftUp(TDC &dc, unsigned keys, TPoint point) override;
+    void RightDown(TDC &dc, unsigned keys, TPoint point) override;
+    void RightUp(TDC &dc, unsigned keys, TPoint point) override;
+    void MouseMove(TDC &dc, unsigned keys, TPoint point) override;
+    void Outside(TDC &dc, bool on) override;
+    virtual bool Finish(); // whether the tool is done
+    virtual void DrawLine(TDC &dc);
+
+protected:
+    int nextCommand;                       // given when the tool is done; 0 for none
+    TPoint start, end;                     // px
+    int32_t leftState = 0, rightState = 0; // 0 idle, 1 pressed
+    bool drawn = false;
+    bool outside = false;
+};
+
+/// Places one new object at a click, a row of them along a line.
+class TEdcDrawStockCreator : public TEdcDrawAligner
+{
+public:
+    using TEdcDrawAligner::TEdcDrawAligner;
+    void Activate(bool on) override;
+    void RightUp(TDC &dc, unsigned keys, TPoint point) override;
+    bool Finish() override;
+
+private:
+    void PlaceOne(const AgPOINT &at);
+    void PlaceRow(const AgPOINT &from, const AgPOINT &to);
+    TEdcDrawSprite *CreateOne();
+    void *stock = NULL; // view: the layer's parameters for new objects
+};
+
+/// Creates a shape from a drawn line.
+class TEdcDrawLineCreator : public TEdcDrawTool
+{
+public:
+    TEdcDrawLineCreator(int aId, int cursorId, int aNextCommand, uint16_t someFlags);
+    void LeftDown(TDC &dc, unsigned keys, TPoint point) override;
+    void LeftUp(TDC &dc, unsigned keys, TPoint point) override;
+    void RightDown(TDC &dc, unsigned keys, TPoint point) override;
+    void RightUp(TDC &dc, unsigned keys, TPoint point) override;
+    void MouseMove(TDC &dc, unsigned keys, TPoint point) override;
+    void Outside(TDC &dc, bool on) override;
+    void Activate(bool on) override;
+    virtual bool Finish();
+    virtual void Constrain(unsigned keys); // Shift: an axis; Ctrl: the press is the middle
+    virtual void DrawShape(TDC &dc);
+
+protected:
+    int nextCommand;
+    uint16_t flags;
+    void *stock = NULL;         // view
+    AgPOINT origin, start, end; // m, snapped
+    int32_t leftState = 0, rightState = 0;
+    bool drawn = false;
+    bool outside = false;
+};
+
+/// Creates a shape from a drawn rectangle; Shift makes it square.
+class TEdcDrawRectCreator : public TEdcDrawLineCreator
+{
+public:
+    TEdcDrawRectCreator(int aId, int cursorId, int aNextCommand, uint16_t someFlags);
+    void Constrain(unsigned keys) override;
+    void DrawShape(TDC &dc) override;
+};
+
+#endif
