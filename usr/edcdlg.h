@@ -237,8 +237,11 @@ public:
 
 private:
     void Dispatch(const TDialogMessage &message);
-    void Notification(const TDialogMessage &message);
+    void Notification(HWND control, int code);
+    void ButtonNotification(HWND control, unsigned kind, int code);
     void DropList(HWND control, int code);
+    void EndChoice(HWND control, int code, bool fire);
+    void TakeNotice();
 };
 
 enum {
