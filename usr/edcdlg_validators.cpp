@@ -5,9 +5,27 @@
 #include "win/application.h"
 #include "win/boxes.h"
 
+#include <climits>
+#include <cmath>
+
 namespace
 {
 enum { TEXT_VALUE = 20500, TEXT_FLOAT = 20501, TEXT_INT = 20503, TEXT_TIME = 20504 };
+enum {
+    HINT_BETWEEN = 20520,
+    HINT_FROM = 20521,
+    HINT_TO = 20522,
+    HINT_FLOAT = 20523,
+    HINT_INT = 20524,
+    HINT_DETAIL = 20525,
+    HINT_TIME = 20526
+};
+
+/// A bound of that size tells a reader nothing.
+bool IsBound(double value)
+{
+    return std::fabs(value) < 1e300;
+}
 
 void ShowRefusal(TWindow *owner, const char *text)
 {
@@ -31,6 +49,21 @@ TEdcAStr WrapForTransfer(char *text)
 bool IsBlankText(const char *text)
 {
     return Wrap(text).IsBlank();
+}
+
+/// @param from  the lower bound as a text, NULL for none. @param unit  shown where neither bound shows it
+std::string RangeHint(int kind, const char *from, const char *to, const char *unit)
+{
+    std::string name = GetResString(kind), range;
+    if (from != NULL && to != NULL)
+        range = EdcResFormat(HINT_BETWEEN, from, to);
+    else if (from != NULL)
+        range = EdcResFormat(HINT_FROM, from);
+    else if (to != NULL)
+        range = EdcResFormat(HINT_TO, to);
+    else if (unit != NULL)
+        range = unit;
+    return range.empty() ? name : EdcResFormat(HINT_DETAIL, name.c_str(), range.c_str());
 }
 
 template <class T>
@@ -61,7 +94,7 @@ int TEdcValueValidator::Transfer(char *, void *value, int)
 TEdcFloatValidator::TEdcFloatValidator(double aMin, double aMax, bool aNullOK, const char *aUnit)
     : TEdcValueValidator(aNullOK), unit(aUnit)
 {
-    options |= WIN_VALIDATOR_TRANSFER;
+    options |= WIN_VALIDATOR_TRANSFER | WIN_VALIDATOR_POINT;
     SetRange(aMin, aMax);
 }
 
@@ -100,6 +133,14 @@ int TEdcFloatValidator::Transfer(char *text, void *value, int direction)
     else
         string.SetFloat(Known(number), -1, unit);
     return number.Size();
+}
+
+std::string TEdcFloatValidator::Hint() const
+{
+    TEdcShortStr from, to;
+    from.SetFloat(min, -1, unit);
+    to.SetFloat(max, -1, unit);
+    return RangeHint(HINT_FLOAT, IsBound(min) ? from.text : NULL, IsBound(max) ? to.text : NULL, unit);
 }
 
 TEdcIntValidator::TEdcIntValidator(int aMin, int aMax, bool aNullOK) : TEdcValueValidator(aNullOK)
@@ -143,6 +184,14 @@ int TEdcIntValidator::Transfer(char *text, void *value, int direction)
     else
         string.SetInt(Known(number));
     return number.Size();
+}
+
+std::string TEdcIntValidator::Hint() const
+{
+    TEdcShortStr from, to;
+    from.SetInt(min);
+    to.SetInt(max);
+    return RangeHint(HINT_INT, min > INT_MIN ? from.text : NULL, max < INT_MAX ? to.text : NULL, NULL);
 }
 
 TEdcTimeValidator::TEdcTimeValidator(const char *aFormat, bool aNullOK, int aMinYear, int aMaxYear)
@@ -196,4 +245,9 @@ int TEdcTimeValidator::Transfer(char *text, void *value, int direction)
     else
         string.SetTime(Known(time), format);
     return time.Size();
+}
+
+std::string TEdcTimeValidator::Hint() const
+{
+    return EdcResFormat(HINT_TIME, format);
 }
