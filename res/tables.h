@@ -1,4 +1,4 @@
-// Menus, keys and pictures, compiled from menus.txt and art/.
+// Menus, keys, pictures and dialogs, compiled from menus.txt, art/ and dialogs.txt.
 #ifndef RES_TABLES_H
 #define RES_TABLES_H
 
@@ -10,5 +10,7 @@ extern const ResACCEL resAccels[];
 extern const int resAccelCount;
 extern const ResPICTURE resPictures[];
 extern const int resPictureCount;
+extern const ResDIALOG resDialogs[];
+extern const int resDialogCount;
 
 #endif

@@ -1,14 +1,11 @@
-// Compiles res/strings.txt into the C++ table of res/strings.h, and res/menus.txt into menus and keys of
-// res/tables.h. The sources are UTF-8, so that they read in any editor; the tables are in the system's
-// character set, so that the program needs no conversion. A few hundred lines: read whole, one pass. Nothing is
-// written unless every line is sound.
-#include "lib/disk.h"
+// Compiles res/strings.txt into the C++ table of res/strings.h, res/menus.txt into menus and keys of
+// res/tables.h, and res/dialogs.txt into dialogs there. The sources are UTF-8, so that they read in any editor;
+// the tables are in the system's character set, so that the program needs no conversion. A few hundred lines:
+// read whole, one pass. Nothing is written unless every line is sound.
+#include "tools/rescompile.h"
 
 #include <algorithm>
-#include <cctype>
-#include <cstdarg>
 #include <cstdio>
-#include <cstdlib>
 #include <fstream>
 #include <map>
 #include <set>
@@ -20,82 +17,6 @@
 namespace
 {
 constexpr size_t TEXT_MAX = 1023; // characters; the buffer of GetResString holds no more
-
-struct Line {
-    const char *file;
-    int number;
-
-    /// Shows what is wrong with this line and ends the program: no table is better than a wrong one.
-    [[noreturn]] void Refuse(const char *format, ...) const __attribute__((format(printf, 2, 3)))
-    {
-        std::fprintf(stderr, "%s:%d: ", file, number);
-        va_list args;
-        va_start(args, format);
-        std::vfprintf(stderr, format, args);
-        va_end(args);
-        std::fputc('\n', stderr);
-        std::exit(1);
-    }
-};
-
-/// The text between the quotes at `pos`, escapes resolved; behind the closing quote nothing may stand.
-std::string QuotedText(const Line &line, const std::string &source, size_t pos)
-{
-    std::string text;
-    if (pos >= source.size() || source[pos] != '"')
-        line.Refuse("a text in quotes is expected");
-    for (++pos; pos < source.size() && source[pos] != '"'; ++pos) {
-        char c = source[pos];
-        if (c == '\\') {
-            c = ++pos < source.size() ? source[pos] : '\0';
-            if (c == 'n')
-                text += '\n';
-            else if (c == 't')
-                text += '\t';
-            else if (c == '"' || c == '\\')
-                text += c;
-            else
-                line.Refuse("unknown escape; \\n \\t \\\" \\\\ are known");
-        } else if (static_cast<unsigned char>(c) < ' ') {
-            line.Refuse("a control character stands in the text");
-        } else {
-            text += c;
-        }
-    }
-    if (pos >= source.size())
-        line.Refuse("the closing quote is missing");
-    if (source.find_first_not_of(" \t\r", pos + 1) != std::string::npos)
-        line.Refuse("something stands behind the closing quote");
-    return text;
-}
-
-/// The text in the system's character set.
-std::string SystemText(const Line &line, const std::string &utf8)
-{
-    std::vector<char> held(utf8.size() + 1);
-    if (!TextFromUtf8(held.data(), utf8.c_str(), static_cast<int>(held.size())))
-        line.Refuse("a character is outside Windows-1252, or not UTF-8");
-    return held.data();
-}
-
-/// The number at `*pos` and the blanks behind it, up to a quote.
-int TextNumber(const Line &line, const std::string &source, size_t *pos)
-{
-    long number = 0;
-    size_t start = *pos;
-    for (; *pos < source.size() && std::isdigit(static_cast<unsigned char>(source[*pos])); ++*pos) {
-        number = number * 10 + (source[*pos] - '0');
-        if (number > 65535)
-            line.Refuse("numbers end at 65535");
-    }
-    if (*pos == start)
-        line.Refuse("a number is expected");
-    size_t quote = source.find_first_not_of(" \t", *pos);
-    if (quote == *pos || quote == std::string::npos)
-        line.Refuse("a blank and a text in quotes are expected behind the number");
-    *pos = quote;
-    return static_cast<int>(number);
-}
 
 using Table = std::map<int, std::string>;
 
@@ -124,7 +45,7 @@ Table ReadTexts(const char *file)
                 line.Refuse("number %d stands twice", number);
             current = &place->second;
         }
-        *current += SystemText(line, QuotedText(line, source, pos));
+        *current += LastText(line, source, pos);
         if (current->size() > TEXT_MAX)
             line.Refuse("the text has more than %zu characters", TEXT_MAX);
     }
@@ -179,7 +100,7 @@ bool IsKey(std::string_view key)
 /// The text in quotes at `pos`, not empty, in the system's character set.
 std::string LabelText(const Line &line, const std::string &source, size_t pos)
 {
-    std::string text = SystemText(line, QuotedText(line, source, pos));
+    std::string text = LastText(line, source, pos);
     if (text.empty())
         line.Refuse("the text is empty");
     return text;
@@ -228,18 +149,6 @@ private:
             ReadKey(source, pos);
         else
             line.Refuse("\"menu\", \"key\" or an indented item is expected");
-    }
-
-    /// Steps over the word and the blanks behind it.
-    static bool TakeWord(const std::string &source, size_t *pos, std::string_view word)
-    {
-        if (source.compare(*pos, word.size(), word) != 0)
-            return false;
-        size_t behind = source.find_first_not_of(" \t\r", *pos + word.size());
-        if (behind == *pos + word.size())
-            return false;
-        *pos = std::min(behind, source.size());
-        return true;
     }
 
     void OpenMenu(const std::string &source, size_t pos)
@@ -333,23 +242,6 @@ private:
     Menu *menu = NULL; // view: the one that items add to
 };
 
-/// A C++ literal in plain ASCII. Octal escapes have a fixed length, so that no digit behind one can join it.
-std::string Literal(const std::string &text)
-{
-    std::string literal = "\"";
-    for (char c : text) {
-        unsigned char byte = static_cast<unsigned char>(c);
-        if (byte < ' ' || byte >= 127 || c == '"' || c == '\\' || c == '?') {
-            char octal[8];
-            std::snprintf(octal, sizeof octal, "\\%03o", byte);
-            literal += octal;
-        } else {
-            literal += c;
-        }
-    }
-    return literal + '"';
-}
-
 void WriteTable(std::ostream &out, const Table &table)
 {
     out << "// Made by tools/rescompile.\n#include \"res/strings.h\"\n\nconst ResSTRING resStrings[] = {\n";
@@ -387,17 +279,20 @@ void WriteMenus(std::ostream &out, const MenuFile &file)
 
 int main(int argc, char **argv)
 {
-    bool menus = argc == 4 && std::string_view(argv[1]) == "--menus";
-    if (argc != 3 && !menus) {
+    std::string_view option = argc == 4 ? argv[1] : "";
+    if (argc != 3 && option != "--menus" && option != "--dialogs") {
         std::fprintf(stderr, "usage: rescompile STRINGS.txt TABLE.cpp\n"
-                             "       rescompile --menus MENUS.txt TABLE.cpp\n");
+                             "       rescompile --menus MENUS.txt TABLE.cpp\n"
+                             "       rescompile --dialogs DIALOGS.txt TABLE.cpp\n");
         return 2;
     }
     const char *source = argv[argc - 2];
     const char *target = argv[argc - 1];
     std::ostringstream text;
-    if (menus)
+    if (option == "--menus")
         WriteMenus(text, MenuReader(source).Read());
+    else if (option == "--dialogs")
+        CompileDialogs(source, text);
     else
         WriteTable(text, ReadTexts(source));
     std::ofstream out(target, std::ios::binary);

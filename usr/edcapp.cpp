@@ -25,8 +25,8 @@ void (*TEdcApplication::startUp)() = [] {};
 
 TEdcApplication::TEdcApplication(int &argc, char **argv) : TApplication(title, argc, argv)
 {
-    static const ResTABLES tables = {resMenus,      resMenuCount, resAccels,
-                                     resAccelCount, resPictures,  resPictureCount};
+    static const ResTABLES tables = {resMenus,    resMenuCount,    resAccels,  resAccelCount,
+                                     resPictures, resPictureCount, resDialogs, resDialogCount};
     EdcUseResources();
     SetResourceTables(&tables);
     SetFailureHook(EdcFailureHook);

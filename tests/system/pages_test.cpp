@@ -34,7 +34,8 @@ enum Command {
     BACK = 20035,
 };
 
-const ResTABLES tables = {resMenus, resMenuCount, resAccels, resAccelCount, resPictures, resPictureCount};
+const ResTABLES tables = {resMenus,    resMenuCount,    resAccels,  resAccelCount,
+                          resPictures, resPictureCount, resDialogs, resDialogCount};
 
 std::string reported; // what the message sink was told
 
