@@ -55,6 +55,9 @@ void RemoveServices();
 /// Milliseconds since the program asked first; starts again at 0 after 24 days.
 int WinTickCount();
 void WinBeep();
+/// What hears the beeps in place of the user; NULL: nobody. @return the former one
+using BeepSink = void (*)();
+BeepSink SetBeepSink(BeepSink sink);
 /// Shows the wait cursor while it lives; they may nest.
 class TWaitCursor
 {

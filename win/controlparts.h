@@ -26,8 +26,48 @@ void MarkControl(HWND widget, const char *windowClass, unsigned style, int id); 
 
 /// A field of one line that takes only what the character set holds, as a child of `parent`.
 TNativeWidget *MakeLineField(TNativeWidget *parent);
+/// The same of many lines.
+TNativeWidget *MakeMemo(TNativeWidget *parent);
 /// @param textLimit  with the terminator, 0 for none. @param rules  a view, may be NULL
 void SetFieldRules(TNativeWidget *field, int textLimit, const TValidator *rules);
+
+/// A field of text, as its control sees it. Texts in Windows-1252; lines are parted by CR LF, and positions
+/// count its characters as two.
+class TFieldFace
+{
+public:
+    virtual std::string Text() const = 0;
+    virtual void SetText(const char *text) = 0; // cut at the limit; what could be undone no longer can
+    virtual int Length() const = 0;
+    virtual void GetSelection(int &start, int &end) const = 0;
+    virtual void SetSelection(int start, int end) = 0;
+    virtual void Insert(const char *text) = 0; // in place of the selection, as if it were pasted
+
+protected:
+    ~TFieldFace() = default;
+};
+TFieldFace *FieldFace(HWND control); // NULL for others
+
+/// A check box or radio button, whatever it looks like.
+class TCheckFace
+{
+public:
+    virtual TCheckState State() const = 0;
+    virtual void SetState(TCheckState state) = 0;
+    virtual void SetKind(unsigned kind) = 0; // WIN_BS_...
+
+protected:
+    ~TCheckFace() = default;
+};
+TCheckFace *CheckFace(HWND control); // NULL for others
+
+/// What the control shows, in Windows-1252: a drop-down list its entry or the text of its field.
+std::string ControlText(HWND control);
+void SetWindowStyle(HWND control, unsigned style);
+/// A picture of the resources on a button or a static; 0, or one that is not there, takes it off.
+void SetControlPicture(HWND control, int pictureId);
+void ShowFrameMark(HWND control, bool on); // TControl::ShowMark
+bool IsFrameMarked(HWND control);
 
 /// The least extent in the toolkit's units at which nothing of the widget's text or picture is cut, lines
 /// broken at the present width where its kind breaks lines.

@@ -81,3 +81,20 @@ bool SetNativeIcon(TNativeWidget *native, int pictureId)
     }
     return true;
 }
+
+void PaintPicture(TNativePainter *native, int pictureId, const TRect &area, bool grey)
+{
+    const ResPICTURE *picture = FindPicture(pictureId);
+    if (!picture || picture->width < 1 || picture->height < 1 || area.IsEmpty())
+        return;
+    auto *painter = reinterpret_cast<QPainter *>(native);
+    double ratio = painter->device()->devicePixelRatioF();
+    double wide = area.Width() * ratio / picture->width;
+    double high = area.Height() * ratio / picture->height;
+    QImage image = ImageOf(DrawPicture(pictureId, std::min(wide, high)), grey);
+    image.setDevicePixelRatio(ratio);
+    QSizeF size = image.deviceIndependentSize();
+    painter->drawImage(
+        QPointF(area.left + (area.Width() - size.width()) / 2, area.top + (area.Height() - size.height()) / 2),
+        image);
+}

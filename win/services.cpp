@@ -16,11 +16,14 @@
 #include <climits>
 #include <cstdlib>
 #include <unistd.h>
+#include <utility>
 
 #include "lib/xon.h"
 
 namespace
 {
+BeepSink beepSink = NULL;
+
 const QLocale &German()
 {
     static const QLocale locale(QLocale::German, QLocale::Germany);
@@ -144,8 +147,15 @@ int WinTickCount()
 
 void WinBeep()
 {
-    if (qGuiApp)
+    if (beepSink)
+        beepSink();
+    else if (qGuiApp)
         QApplication::beep();
+}
+
+BeepSink SetBeepSink(BeepSink sink)
+{
+    return std::exchange(beepSink, sink);
 }
 
 TWaitCursor::TWaitCursor()
