@@ -59,6 +59,24 @@ int PosixLikeness(int fd, int model)
     return fchmod(fd, (its.st_mode & kept) | shared);
 }
 
+int PosixAccess(const char *path)
+{
+    return access(path, F_OK);
+}
+
+/// What the umask takes away comes back; a file system that keeps no permissions is none the worse for it.
+int PosixMkdir(const char *path, const char *model)
+{
+    struct stat its;
+    if (stat(model, &its) != 0)
+        return -1;
+    mode_t mode = (its.st_mode & 07777) | 0700;
+    if (mkdir(path, mode) != 0)
+        return -1;
+    chmod(path, mode);
+    return 0;
+}
+
 /// Writes a code point of the set as UTF-8 and tells its length; no code of the set is above 0xFFFF.
 int Encode(unsigned code, char *utf8)
 {
@@ -104,8 +122,8 @@ unsigned Decode(const char **utf8)
 }
 } // namespace
 
-const CdeDISK posixDisk = {PosixOpen, read,        write,  lseek,    fsync,
-                           close,     PosixRename, unlink, readlink, PosixLikeness};
+const CdeDISK posixDisk = {PosixOpen,   read,   write,    lseek,         fsync,       close,
+                           PosixRename, unlink, readlink, PosixLikeness, PosixAccess, PosixMkdir};
 const CdeDISK *disk = &posixDisk;
 
 bool TextToUtf8(char *dest, const char *src, int max)
@@ -163,4 +181,37 @@ bool NameToNative(char *path, const char *name, int max)
         if (*c == '\\')
             *c = '/';
     return fits;
+}
+
+bool DiskHas(const char *name)
+{
+    char path[NATIVE_MAX];
+    if (!NameToNative(path, name, sizeof path))
+        return false;
+    return disk->access(path) == 0 || (errno != ENOENT && errno != ENOTDIR);
+}
+
+bool DiskDelete(const char *name)
+{
+    char path[NATIVE_MAX];
+    return NameToNative(path, name, sizeof path) && disk->unlink(path) == 0;
+}
+
+bool DiskRename(const char *from, const char *to)
+{
+    char path[NATIVE_MAX], target[NATIVE_MAX];
+    return NameToNative(path, from, sizeof path) && NameToNative(target, to, sizeof target) &&
+           disk->rename(path, target) == 0;
+}
+
+bool DiskMakeFolder(const char *name)
+{
+    char path[NATIVE_MAX], model[NATIVE_MAX];
+    if (!NameToNative(path, name, sizeof path))
+        return false;
+    const char *slash = strrchr(path, '/');
+    size_t length = slash ? static_cast<size_t>(slash - path) : 0;
+    memcpy(model, path, length);
+    strcpy(model + length, length > 0 ? "" : slash ? "/" : ".");
+    return disk->mkdir(path, model) == 0;
 }

@@ -21,6 +21,9 @@ struct CdeDISK {
     /// Gives `fd` the permissions and, where the system lets us, the owner of the regular file `model`; EINVAL
     /// if that is none.
     int (*likeness)(int fd, int model);
+    int (*access)(const char *path); // 0: there is something of that name, at the end of all links
+    /// A folder with the permissions of the folder `model`, and open to us in any case.
+    int (*mkdir)(const char *path, const char *model);
 };
 
 extern const CdeDISK posixDisk;
@@ -37,6 +40,17 @@ bool NameToNative(char *path, const char *name, int max);
 /// `dest` holds what fitted, with '?' for what the set lacks.
 bool TextToUtf8(char *dest, const char *src, int max);
 bool TextFromUtf8(char *dest, const char *src, int max);
+
+// Files by their names in the system's form. Nothing here raises, so it serves repair sections too.
+
+/// Whether there is a file or a folder of that name. True also where the system refuses to tell: whoever opens
+/// it then gets the reason.
+bool DiskHas(const char *name);
+bool DiskDelete(const char *name); // a file
+/// Takes the place of what `to` names. False if it did not; then both are as they were.
+bool DiskRename(const char *from, const char *to);
+/// A folder like the one that it stands in, which must be there.
+bool DiskMakeFolder(const char *name);
 
 enum { NATIVE_MAX = 4096 }; // size of a native path buffer, terminator included
 

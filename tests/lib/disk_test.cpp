@@ -208,6 +208,73 @@ TEST(PosixDisk, RenamesInTheWorkingFolderToo)
     EXPECT_EQ(folder.Get("old"), "neu");
 }
 
+TEST(PosixDisk, TellsWhetherThereIsAFileOrAFolder)
+{
+    FOLDER folder;
+    folder.Put("Verzeichnis für Maße.zec", "");
+    EXPECT_TRUE(DiskHas(folder.Name("Verzeichnis für Maße.zec").c_str()));
+    EXPECT_TRUE(DiskHas(folder.Name("").c_str()));
+    EXPECT_FALSE(DiskHas(folder.Name("anders").c_str()));
+    EXPECT_FALSE(DiskHas(folder.Name("Verzeichnis für Maße.zec/darin").c_str()));
+    EXPECT_EQ(symlink("nirgends", folder.Path("Verweis").c_str()), 0);
+    EXPECT_FALSE(DiskHas(folder.Name("Verweis").c_str()));
+}
+
+TEST(PosixDisk, TakesWhatItMayNotLookAtAsThere)
+{
+    FOLDER folder;
+    folder.Put("file", "");
+    std::string name = folder.Name("file");
+    PLAINUSER plain;
+    chmod(folder.path.c_str(), 0);
+    EXPECT_TRUE(DiskHas(name.c_str()));
+    chmod(folder.path.c_str(), 0700);
+}
+
+TEST(PosixDisk, DeletesAndRenamesByTheSystemsNames)
+{
+    FOLDER folder;
+    folder.Put("Öl.zec", "neu");
+    folder.Put("Öl.bak", "alt");
+    EXPECT_TRUE(DiskRename(folder.Name("Öl.zec").c_str(), folder.Name("Öl.bak").c_str()));
+    EXPECT_EQ(folder.List(), std::set<string>{"Öl.bak"});
+    EXPECT_EQ(folder.Get("Öl.bak"), "neu");
+    EXPECT_FALSE(DiskRename(folder.Name("Öl.zec").c_str(), folder.Name("Öl.bak").c_str()));
+    EXPECT_TRUE(DiskDelete(folder.Name("Öl.bak").c_str()));
+    EXPECT_FALSE(DiskDelete(folder.Name("Öl.bak").c_str()));
+    EXPECT_TRUE(folder.List().empty());
+}
+
+TEST(PosixDisk, MakesAFolderLikeTheOneItStandsIn)
+{
+    FOLDER folder;
+    for (mode_t mode : {0700, 0755, 01777, 02750}) {
+        chmod(folder.path.c_str(), mode);
+        ASSERT_TRUE(DiskMakeFolder(folder.Name("Kataloge").c_str()));
+        struct stat its;
+        ASSERT_EQ(stat(folder.Path("Kataloge").c_str(), &its), 0);
+        EXPECT_TRUE(S_ISDIR(its.st_mode));
+        EXPECT_EQ(its.st_mode & 07777, mode);
+        EXPECT_FALSE(DiskMakeFolder(folder.Name("Kataloge").c_str())) << "there already";
+        rmdir(folder.Path("Kataloge").c_str());
+    }
+    EXPECT_FALSE(DiskMakeFolder(folder.Name("fehlt/Kataloge").c_str()));
+    EXPECT_TRUE(folder.List().empty());
+}
+
+TEST(PosixDisk, MakesAFolderInTheWorkingFolderAndAtTheRoot)
+{
+    FOLDER folder;
+    EXPECT_EQ(RunInChild([&] {
+                  if (chdir(folder.path.c_str()) != 0 || !DiskMakeFolder("Kataloge"))
+                      _exit(1);
+                  if (DiskMakeFolder("\\tmp")) // there already, and its model is found
+                      _exit(2);
+              }).exitCode,
+              0);
+    EXPECT_EQ(folder.List(), std::set<string>{"Kataloge"});
+}
+
 TEST(PosixDisk, KeepsItsDescriptorsFromOtherPrograms)
 {
     FOLDER folder;

@@ -98,8 +98,19 @@ int FaultyLikeness(int fd, int model)
     return Fails(FAULT::OPEN) ? Failed(EPERM) : inner->likeness(fd, model);
 }
 
-const CdeDISK faultyDisk = {FaultyOpen,  FaultyRead,   FaultyWrite,  FaultySeek,     FaultySync,
-                            FaultyClose, FaultyRename, FaultyUnlink, FaultyReadlink, FaultyLikeness};
+int FaultyAccess(const char *path)
+{
+    return Fails(FAULT::OPEN) ? Failed(EACCES) : inner->access(path);
+}
+
+int FaultyMkdir(const char *path, const char *model)
+{
+    return Fails(FAULT::OPEN) ? Failed(EACCES) : inner->mkdir(path, model);
+}
+
+const CdeDISK faultyDisk = {FaultyOpen,     FaultyRead,     FaultyWrite,  FaultySeek,
+                            FaultySync,     FaultyClose,    FaultyRename, FaultyUnlink,
+                            FaultyReadlink, FaultyLikeness, FaultyAccess, FaultyMkdir};
 
 void *Allocate(size_t size) noexcept
 {

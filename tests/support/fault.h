@@ -11,7 +11,8 @@
 
 enum class FAULT {
     ALLOC, // operator new in all its kinds but the over-aligned ones
-    OPEN,  // the calls that lead to an open file: also the look for a link and the taking over of permissions
+    OPEN,  // the calls that lead to an open file: also the look for a file, for a link, the
+           // making of a folder and the taking over of permissions
     READ,
     WRITE,
     SEEK,

@@ -190,8 +190,24 @@ int MemLikeness(int fd, int model)
     return Slot(fd) && Slot(model) ? 0 : Failed(EBADF);
 }
 
-const CdeDISK memDisk = {MemOpen,  MemRead,   MemWrite,  MemSeek,     MemSync,
-                         MemClose, MemRename, MemUnlink, MemReadlink, MemLikeness};
+/// A folder is there as soon as a file is in it.
+int MemAccess(const char *path)
+{
+    FaultPause pause;
+    std::string folder = std::string(path) + "/";
+    auto inside = content->files.lower_bound(folder);
+    bool holds = inside != content->files.end() && inside->first.compare(0, folder.size(), folder) == 0;
+    return holds || content->files.count(path) ? 0 : Failed(ENOENT);
+}
+
+int MemMkdir(const char *path, const char *)
+{
+    FaultPause pause;
+    return CanChangeFolderOf(path) ? 0 : Failed(EACCES);
+}
+
+const CdeDISK memDisk = {MemOpen,   MemRead,   MemWrite,    MemSeek,     MemSync,   MemClose,
+                         MemRename, MemUnlink, MemReadlink, MemLikeness, MemAccess, MemMkdir};
 } // namespace
 
 MemDisk::MemDisk() : former(disk)
