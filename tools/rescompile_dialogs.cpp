@@ -205,7 +205,8 @@ private:
         if (!picture && !quoted)
             line.Refuse("a text in quotes is expected");
         if (!control.kind->hasText && !control.text.empty())
-            line.Refuse("a %s shows no text of its own; its label stands before it", control.kind->word.data());
+            line.Refuse("this %s shows no text of its own; its label stands before it",
+                        control.kind->word.data());
         MnemonicOf(line, control.text);
     }
 
@@ -214,7 +215,7 @@ private:
         if (control.id == 0)
             line.Refuse("controls are numbered from 1, or -1 where nobody asks for them");
         if (control.id == -1 && control.kind->takesFocus)
-            line.Refuse("a %s needs a number", control.kind->word.data());
+            line.Refuse("this %s needs a number", control.kind->word.data());
         for (const Control &other : dialogs.back().controls) {
             if (control.id != -1 && other.id == control.id)
                 line.Refuse("control %d stands twice in this dialog", control.id);
