@@ -4,9 +4,12 @@
 #define USR_EDCBASE1_H
 
 #include "usr/edcsprit.h"
+#include "win/dialog.h"
 #include "win/gdi.h"
 #include "win/printer.h"
 #include <cstdint>
+#include <string>
+#include <vector>
 
 class TCommandEnabler;
 class TDC;
@@ -147,7 +150,7 @@ struct TEdcZoom {
     void Limit(const TDC &dc, const TEdcSize &size);
 };
 
-/// What the zoom dialog shows and what it makes of an answer; the dialog itself is a thin shell over this.
+/// What the zoom dialog shows and what it makes of an answer.
 struct TEdcZoomChoice {
     std::vector<std::string> entries; // one a preset, "ins Fenster (87%)"
     int selected = -1;                // entry, or -1 with the free percentage in `text`
@@ -155,6 +158,14 @@ struct TEdcZoomChoice {
 
     void Load(const TEdcZoom &zoom);
     void Store(TEdcZoom &zoom) const; // an entry, or the leading number of the text
+};
+
+/// Asks for the zoom of a view: one of its presets, or a percentage that is typed.
+class TEdcZoomDialog : public TDialog
+{
+public:
+    /// @param choice  a view; has the answer where the dialog ended with WIN_ID_OK, and stays as it is else
+    TEdcZoomDialog(TWindow *aParent, TEdcZoomChoice &choice);
 };
 
 /// A run of colours in the composed palette. Composition fills it in.

@@ -1,10 +1,11 @@
-// The zoom of a view, and what its dialog shows.
+// The zoom of a view and its dialog.
 #include "usr/edcbase1.h"
 
 #include "lib/charstr.h"
 #include "lib/xassert.h"
 #include "usr/edcutils.h"
 #include "win/dc.h"
+#include "win/validator.h"
 
 #include <algorithm>
 #include <climits>
@@ -12,6 +13,7 @@
 
 namespace
 {
+enum { DIALOG_ZOOM = 20100, CONTROL_ZOOM = 100 };
 enum {
     PERCENT_DEFAULT = 100,
     LABEL_MAX = 256,        // bytes of a preset's label
@@ -37,6 +39,42 @@ int LeadingNumber(const std::string &text)
     long long number = strtoll(text.c_str(), NULL, 10);
     return static_cast<int>(std::clamp<long long>(number, INT_MIN, INT_MAX));
 }
+
+/// The box with the presets; its field of the transfer record is the choice.
+class TZoomBox : public TComboBox
+{
+public:
+    explicit TZoomBox(TDialog *aDialog) : TComboBox(aDialog, CONTROL_ZOOM, TEXT_SIZE) {}
+
+    int Transfer(void *field, int direction) override
+    {
+        TEdcZoomChoice &choice = *static_cast<TEdcZoomChoice *>(field);
+        if (direction == WIN_TRANSFER_SETDATA)
+            Show(choice);
+        else
+            Read(choice);
+        return sizeof choice;
+    }
+
+private:
+    enum { TEXT_SIZE = 256 }; // of what can be typed, with the terminator
+
+    void Show(const TEdcZoomChoice &choice)
+    {
+        ClearList();
+        for (const std::string &entry : choice.entries)
+            AddString(entry.c_str());
+        if (choice.selected >= 0)
+            SetSelIndex(choice.selected);
+        else
+            SetText(choice.text.c_str());
+    }
+    void Read(TEdcZoomChoice &choice) const
+    {
+        choice.text = Text();
+        choice.selected = GetSelIndex();
+    }
+};
 } // namespace
 
 int TEdcZoom::Percent() const
@@ -131,4 +169,10 @@ void TEdcZoomChoice::Store(TEdcZoom &zoom) const
         zoom.SetPreset(selected);
     else
         zoom.SetCustom(LeadingNumber(text));
+}
+
+TEdcZoomDialog::TEdcZoomDialog(TWindow *aParent, TEdcZoomChoice &choice) : TDialog(aParent, DIALOG_ZOOM)
+{
+    SetTransferRecord(&choice);
+    new TZoomBox(this);
 }

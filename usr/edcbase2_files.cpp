@@ -16,13 +16,7 @@
 namespace
 {
 enum { NAME_SIZE = 256 }; // of a file's name, terminator included
-enum {
-    TEXT_ZOOM = 20100,
-    TEXT_ASK_SAVE = 20204,
-    TEXT_NEW = 20205,
-    TEXT_OTHER_FILE = 20208,
-    TEXT_LONG_NAME = 20209
-};
+enum { TEXT_ASK_SAVE = 20204, TEXT_NEW = 20205, TEXT_OTHER_FILE = 20208, TEXT_LONG_NAME = 20209 };
 enum {
     COMMAND_NEW = 20003,
     COMMAND_OPEN = 20005,
@@ -363,9 +357,9 @@ void TEdcDocument::CommandZoom()
     __enter
         TEdcZoomChoice choice;
         choice.Load(CurrentZoom());
-        std::string title = GetResString(TEXT_ZOOM);
-        bool ok = ComboQuestion(this, title.c_str(), choice.entries, choice.selected, choice.text); __test;
-        if (ok) {
+        TEdcZoomDialog dialog(this, choice);
+        int answer = dialog.Execute(); __test;
+        if (answer == WIN_ID_OK) {
             choice.Store(CurrentZoom());
             SetScroll(StandsAt());
             Obsolete(EDC_LAYOUT);

@@ -1,24 +1,15 @@
-// Message boxes and the question with a combo box. Their texts are literal, and the buttons speak German
-// whatever translations the machine has.
+// Message boxes. Their texts are literal, and the buttons speak German whatever translations the machine has.
 #include "win/boxes.h"
 #include "win/application.h"
 #include "win/frame.h"
 #include "win/modal.h"
 #include "win/utf8.h"
 
-#include "lib/charstr.h"
-
 #include <QApplication>
-#include <QComboBox>
-#include <QCompleter>
-#include <QDialog>
-#include <QDialogButtonBox>
-#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QVBoxLayout>
-#include <QValidator>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace
@@ -55,7 +46,7 @@ const BUTTON &ButtonOf(int id)
     return buttonTable[0];
 }
 
-/// The buttons of a kind of box, the default first and the one that Esc gives last.
+/// The buttons of a kind of box, the usual default first and the one that Esc gives last.
 std::vector<int> ButtonsOf(TBoxButtons kind)
 {
     switch (kind) {
@@ -109,88 +100,6 @@ public:
 private:
     QMessageBox &box;
 };
-
-/// Takes what the system's character set can hold; other input is refused with a beep.
-class SetValidator : public QValidator
-{
-public:
-    using QValidator::QValidator;
-
-    State validate(QString &text, int &) const override
-    {
-        for (QChar c : text) {
-            char held;
-            if (!ChrOfCode(&held, c.unicode())) {
-                WinBeep();
-                return Invalid;
-            }
-        }
-        return Acceptable;
-    }
-};
-
-/// The widgets of the question; they belong to the dialog.
-struct ComboDialog {
-    enum { LONGEST = 255 }; // characters that can be typed
-
-    QDialog dialog;
-    QComboBox *combo;
-    QDialogButtonBox *buttons;
-
-    ComboDialog(QWidget *parent, const QString &caption) : dialog(parent)
-    {
-        dialog.setWindowTitle(caption);
-        combo = new QComboBox(&dialog);
-        buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, &dialog);
-        auto *layout = new QVBoxLayout(&dialog);
-        layout->addWidget(combo);
-        layout->addWidget(buttons);
-        combo->setEditable(true);
-        combo->setInsertPolicy(QComboBox::NoInsert);
-        combo->setCompleter(NULL); // what is typed counts as it stands
-        combo->setMinimumContentsLength(24);
-        combo->lineEdit()->setMaxLength(LONGEST);
-        combo->setValidator(new SetValidator(combo));
-        buttons->button(QDialogButtonBox::Ok)->setText(QStringLiteral("OK"));
-        buttons->button(QDialogButtonBox::Cancel)->setText(QStringLiteral("Abbrechen"));
-        QObject::connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
-        QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
-    }
-};
-
-class ComboFace : public TModalFace
-{
-public:
-    explicit ComboFace(ComboDialog &aQuestion) : question(aQuestion) {}
-
-    const char *Kind() const override { return "dialog"; }
-    TNativeWidget *Widget() const override { return reinterpret_cast<TNativeWidget *>(&question.dialog); }
-    bool IsUp() const override { return question.dialog.isVisible(); }
-    std::string Caption() const override { return Held(question.dialog.windowTitle()); }
-    std::string Text() const override
-    {
-        std::string text;
-        for (int i = 0; i < question.combo->count(); ++i)
-            text += (i > 0 ? "\n" : "") + Held(question.combo->itemText(i));
-        return text;
-    }
-    std::string Typed() const override { return Held(question.combo->currentText()); }
-    void Select(int entry) override { question.combo->setCurrentIndex(entry); }
-    void Type(const std::string &text) override
-    {
-        question.combo->lineEdit()->selectAll();
-        question.combo->lineEdit()->insert(Shown(text));
-    }
-    void Cancel() override { question.dialog.reject(); }
-    void Answer(int id) override
-    {
-        bool ok = id == WIN_ID_OK;
-        question.buttons->button(ok ? QDialogButtonBox::Ok : QDialogButtonBox::Cancel)->click();
-    }
-
-private:
-    ComboDialog &question;
-};
 } // namespace
 
 std::unique_ptr<TModalFace> MessageBoxFace(TNativeWidget *box)
@@ -211,7 +120,8 @@ TNativeWidget *ModalParent(TWindow *owner)
     return reinterpret_cast<TNativeWidget *>(reinterpret_cast<QWidget *>(owner->Native())->window());
 }
 
-TBoxAnswer MessageBox(TWindow *owner, const char *text, const char *caption, TBoxButtons buttons, TBoxIcon icon)
+TBoxAnswer MessageBox(TWindow *owner, const char *text, const char *caption, TBoxButtons buttons, TBoxIcon icon,
+                      int defaultButton)
 {
     std::vector<int> ids = ButtonsOf(buttons);
     auto escape = static_cast<TBoxAnswer>(ids.back());
@@ -226,7 +136,8 @@ TBoxAnswer MessageBox(TWindow *owner, const char *text, const char *caption, TBo
     box.setIcon(IconOf(icon));
     for (int id : ids)
         box.addButton(ButtonOf(id).standard)->setText(QString::fromUtf8(ButtonOf(id).text));
-    box.setDefaultButton(ButtonOf(ids.front()).standard);
+    bool named = std::find(ids.begin(), ids.end(), defaultButton) != ids.end();
+    box.setDefaultButton(ButtonOf(named ? defaultButton : ids.front()).standard);
     box.setEscapeButton(ButtonOf(escape).standard);
     MessageFace face(box);
     TModalScope scope(face);
@@ -235,28 +146,4 @@ TBoxAnswer MessageBox(TWindow *owner, const char *text, const char *caption, TBo
         if (ButtonOf(id).standard == pressed)
             return static_cast<TBoxAnswer>(id);
     return escape;
-}
-
-bool ComboQuestion(TWindow *owner, const char *caption, const std::vector<std::string> &entries, int &selected,
-                   std::string &text)
-{
-    ComboDialog question(reinterpret_cast<QWidget *>(ModalParent(owner)), Shown(caption));
-    QComboBox *combo = question.combo;
-    for (const std::string &entry : entries)
-        combo->addItem(Shown(entry));
-    combo->setCurrentIndex(selected);
-    if (selected < 0)
-        combo->setEditText(Shown(text));
-    combo->lineEdit()->selectAll();
-    combo->setFocus();
-    ComboFace face(question);
-    TModalScope scope(face);
-    if (question.dialog.exec() != QDialog::Accepted)
-        return false;
-    QString answer = combo->currentText();
-    selected = combo->currentIndex(); // stays where it was while something else is typed
-    if (combo->itemText(selected) != answer)
-        selected = combo->findText(answer, Qt::MatchExactly | Qt::MatchCaseSensitive);
-    text = selected < 0 ? Held(answer) : std::string();
-    return true;
 }

@@ -3,7 +3,6 @@
 #define WIN_BOXES_H
 
 #include <string>
-#include <vector>
 
 class TWindow;
 
@@ -11,10 +10,10 @@ enum TBoxButtons { WIN_BOX_OK, WIN_BOX_OKCANCEL, WIN_BOX_YESNO, WIN_BOX_YESNOCAN
 enum TBoxIcon { WIN_ICON_NONE, WIN_ICON_INFORMATION, WIN_ICON_QUESTION, WIN_ICON_EXCLAMATION, WIN_ICON_STOP };
 enum TBoxAnswer { WIN_ID_OK = 1, WIN_ID_CANCEL = 2, WIN_ID_RETRY = 4, WIN_ID_YES = 6, WIN_ID_NO = 7 };
 
-/// Modal to the owner, or to the main window without one. The first button is the default; Esc is Cancel, or
-/// No.
-TBoxAnswer MessageBox(TWindow *owner, const char *text, const char *caption, TBoxButtons buttons,
-                      TBoxIcon icon);
+/// Modal to the owner, or to the main window without one. Esc is Cancel, or No.
+/// @param defaultButton  TBoxAnswer, what Return presses; one that the box does not have: the first
+TBoxAnswer MessageBox(TWindow *owner, const char *text, const char *caption, TBoxButtons buttons, TBoxIcon icon,
+                      int defaultButton = 0);
 
 struct TFileDialogData {
     std::string filter;    // the file type as the user reads it
@@ -27,10 +26,5 @@ struct TFileDialogData {
 bool FileOpenDialog(TWindow *owner, TFileDialogData &data);
 /// For a file to write: the path must exist, overwriting asks. The default extension is added to a bare name.
 bool FileSaveDialog(TWindow *owner, TFileDialogData &data);
-
-/// A dialog with a combo box that can be typed into, OK and "Abbrechen". `selected` is an entry, or -1 with
-/// what was typed in `text`; both are as they were where the user cancels.
-bool ComboQuestion(TWindow *owner, const char *caption, const std::vector<std::string> &entries, int &selected,
-                   std::string &text);
 
 #endif

@@ -13,7 +13,7 @@
 #include "win/dc.h"
 #include "win/frame.h"
 #include "win/resources.h"
-#include "win/testdoor.h"
+#include "win/testdialog.h"
 
 #include <gtest/gtest.h>
 
@@ -33,6 +33,7 @@ enum Command {
     RECALC = 20023,
     BACK = 20035,
 };
+enum { ZOOM_BOX = 100 }; // of the zoom dialog
 
 const ResTABLES tables = {resMenus,    resMenuCount,    resAccels,  resAccelCount,
                           resPictures, resPictureCount, resDialogs, resDialogCount};
@@ -162,7 +163,7 @@ TEST_F(Pages, TakeAZoomFromTheDialog)
     for (const Row &row : rows) {
         SCOPED_TRACE(row.typed);
         testdoor::Script([&](testdoor::ModalBox &box) {
-            box.Type(row.typed);
+            testdoor::DialogBox(box).Type(ZOOM_BOX, row.typed);
             box.Answer(WIN_ID_OK);
         });
         Choose(ZOOM);
@@ -170,14 +171,14 @@ TEST_F(Pages, TakeAZoomFromTheDialog)
         EXPECT_TRUE(LooksFresh());
     }
     testdoor::Script([](testdoor::ModalBox &box) {
-        box.Type("999999999");
+        testdoor::DialogBox(box).Type(ZOOM_BOX, "999999999");
         box.Answer(WIN_ID_OK);
     });
     Choose(ZOOM);
     int limited = doc.docZoom.Percent();
     EXPECT_LT(limited, 1000);
     testdoor::Script([&](testdoor::ModalBox &box) {
-        box.Select(0);
+        testdoor::DialogBox(box).Choose(ZOOM_BOX, 0);
         box.Answer(WIN_ID_OK);
     });
     Choose(ZOOM);

@@ -2,9 +2,10 @@
 #include "support/child.h"
 #include "support/folder.h"
 #include "support/testblock.h"
+#include "support/testdialog.h"
 #include "usr/edcutils.h"
 #include "win/boxes.h"
-#include "win/testdoor.h"
+#include "win/testdialog.h"
 
 #include <gtest/gtest.h>
 
@@ -389,6 +390,8 @@ TEST_F(Files, ADroppedFileThatCannotBeReadIsReported)
     EXPECT_EQ(doc.path, nullptr);
 }
 
+enum { ZOOM_BOX = 100 };
+
 /// A document of two presets in a window, 250 of 740 pixels scrolled down.
 class Zoomed : public Files
 {
@@ -406,39 +409,50 @@ protected:
     void Type(const std::string &text)
     {
         testdoor::Script([text](testdoor::ModalBox &box) {
-            box.Type(text);
+            testdoor::DialogBox(box).Type(ZOOM_BOX, text);
             box.Answer(WIN_ID_OK);
         });
         doc.EvCommand(ZOOM);
     }
+    /// What the dialog shows as it opens; it is cancelled.
+    std::string Shown()
+    {
+        std::string shown;
+        testdoor::Script([&](testdoor::ModalBox &box) {
+            shown = testdoor::DialogBox(box).Text(ZOOM_BOX);
+            box.Answer(WIN_ID_CANCEL);
+        });
+        doc.EvCommand(ZOOM);
+        return shown;
+    }
+
+    DialogTables tables;
 };
 
 TEST_F(Zoomed, TheDialogOffersThePresetsAndShowsWhatApplies)
 {
-    std::string entries, shown;
-    auto look = [&](testdoor::ModalBox &box) {
-        EXPECT_EQ(box.Caption(), GetResString(20100));
-        entries = box.Text();
-        shown = box.Typed();
+    std::vector<std::string> entries;
+    testdoor::Script([&](testdoor::ModalBox &box) {
+        EXPECT_EQ(box.Kind(), "dialog");
+        EXPECT_EQ(box.Caption(), "Vergr\xF6\xDF"
+                                 "erung");
+        entries = testdoor::DialogBox(box).Entries(ZOOM_BOX);
         box.Answer(WIN_ID_CANCEL);
-    };
-    testdoor::Script(look);
+    });
     doc.EvCommand(ZOOM);
     std::string standard =
         std::string(GetResString(20201)) + " (" + std::to_string(doc.docZoom.percents[0]) + "%)";
-    EXPECT_EQ(entries, standard + "\n" + GetResString(20203) + " (100%)");
-    EXPECT_EQ(shown, "100%");
+    EXPECT_EQ(entries, (std::vector<std::string>{standard, std::string(GetResString(20203)) + " (100%)"}));
+    EXPECT_EQ(Shown(), "100%");
     doc.docZoom.SetPreset(0);
-    testdoor::Script(look);
-    doc.EvCommand(ZOOM);
-    EXPECT_EQ(shown, standard);
+    EXPECT_EQ(Shown(), standard);
     EXPECT_EQ(doc.docZoom.presetIndex, 0);
 }
 
 TEST_F(Zoomed, AnEntrySetsThePresetAndTheViewKeepsItsPlace)
 {
     testdoor::Script([](testdoor::ModalBox &box) {
-        box.Select(0);
+        testdoor::DialogBox(box).Choose(ZOOM_BOX, 0);
         box.Answer(WIN_ID_OK);
     });
     doc.EvCommand(ZOOM);
@@ -475,13 +489,7 @@ TEST_F(Zoomed, ATypedPercentageIsReadUpToTheFirstThatIsNoDigitAndLimited)
         EXPECT_EQ(doc.docZoom.presetIndex, -1) << row.text;
         EXPECT_EQ(doc.docZoom.custom, row.percent) << row.text;
         EXPECT_EQ(doc.scale, row.percent * 0.01) << row.text;
-        std::string shown;
-        testdoor::Script([&](testdoor::ModalBox &box) {
-            shown = box.Typed();
-            box.Answer(WIN_ID_CANCEL);
-        });
-        doc.EvCommand(ZOOM);
-        EXPECT_EQ(shown, std::to_string(row.percent) + "%") << row.text;
+        EXPECT_EQ(Shown(), std::to_string(row.percent) + "%") << row.text;
     }
 }
 

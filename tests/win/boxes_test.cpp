@@ -121,6 +121,25 @@ TEST_F(Boxes, ReturnPressesTheFirstButton)
     }
 }
 
+TEST_F(Boxes, ReturnPressesTheButtonThatIsNamedAsTheDefault)
+{
+    const struct {
+        TBoxButtons buttons;
+        int named;
+        TBoxAnswer answer;
+    } rows[] = {
+        {WIN_BOX_YESNO, WIN_ID_NO, WIN_ID_NO},
+        {WIN_BOX_YESNO, WIN_ID_YES, WIN_ID_YES},
+        {WIN_BOX_YESNOCANCEL, WIN_ID_CANCEL, WIN_ID_CANCEL},
+        {WIN_BOX_RETRYCANCEL, WIN_ID_NO, WIN_ID_RETRY}, // it has none: the first
+    };
+    for (const auto &row : rows) {
+        testdoor::Script([](testdoor::ModalBox &box) { box.Press("Return"); });
+        EXPECT_EQ(MessageBox(NULL, "Text", "Kopf", row.buttons, WIN_ICON_NONE, row.named), row.answer)
+            << row.buttons << " " << row.named;
+    }
+}
+
 TEST_F(Boxes, ButtonsSpeakGerman)
 {
     std::string buttons;
@@ -359,92 +378,5 @@ TEST_F(Boxes, DialogsLeaveNoTraceInTheUsersFolder)
     EXPECT_TRUE(FileOpenDialog(NULL, data));
     former.empty() ? unsetenv("XDG_CONFIG_HOME") : setenv("XDG_CONFIG_HOME", former.c_str(), 1);
     EXPECT_EQ(folder.List(), std::set<std::string>{"halle.sc1"});
-}
-
-const std::vector<std::string> zooms = {"standard (87%)", "keine (100%)"};
-
-TEST_F(Boxes, ACombosEntryIsChosen)
-{
-    int selected = 0;
-    std::string text, seen, typed;
-    testdoor::Script([&](testdoor::ModalBox &box) {
-        seen = Seen(box);
-        typed = box.Typed();
-        box.Select(1);
-        box.Answer(WIN_ID_OK);
-    });
-    ASSERT_TRUE(ComboQuestion(NULL, Set("Vergrößerung").c_str(), zooms, selected, text));
-    EXPECT_EQ(seen, "dialog|" + Set("Vergrößerung") + "|standard (87%)\nkeine (100%)");
-    EXPECT_EQ(typed, "standard (87%)");
-    EXPECT_EQ(selected, 1);
-    EXPECT_EQ(text, "");
-}
-
-TEST_F(Boxes, WhatIsTypedIntoAComboComesBack)
-{
-    const struct {
-        const char *typed;
-        int selected;
-        const char *text;
-    } rows[] = {
-        {"150%", -1, "150%"}, {"", -1, ""}, {"keine (100%)", 1, ""}, {"Keine (100%)", -1, "Keine (100%)"},
-        {"st", -1, "st"},
-    };
-    for (const auto &row : rows) {
-        int selected = -1;
-        std::string text = "33%", shown;
-        testdoor::Script([&](testdoor::ModalBox &box) {
-            shown = box.Typed();
-            box.Type(row.typed);
-            box.Answer(WIN_ID_OK);
-        });
-        ASSERT_TRUE(ComboQuestion(NULL, "Kopf", zooms, selected, text));
-        EXPECT_EQ(shown, "33%");
-        EXPECT_EQ(selected, row.selected) << row.typed;
-        EXPECT_EQ(text, row.text);
-    }
-}
-
-TEST_F(Boxes, OneOfTwoEqualEntriesIsTheOneThatWasChosen)
-{
-    int selected = 0;
-    std::string text;
-    testdoor::Script([](testdoor::ModalBox &box) {
-        box.Select(2);
-        box.Answer(WIN_ID_OK);
-    });
-    ASSERT_TRUE(ComboQuestion(NULL, "Kopf", {"a", "b", "a"}, selected, text));
-    EXPECT_EQ(selected, 2);
-}
-
-TEST_F(Boxes, ACancelledComboChangesNothing)
-{
-    int selected = 1;
-    std::string text = "vorher";
-    testdoor::Script([](testdoor::ModalBox &box) {
-        box.Type("200%");
-        box.Answer(WIN_ID_CANCEL);
-    });
-    EXPECT_FALSE(ComboQuestion(NULL, "Kopf", zooms, selected, text));
-    EXPECT_EQ(selected, 1);
-    EXPECT_EQ(text, "vorher");
-}
-
-TEST_F(Boxes, CharactersThatTheProgramCannotHoldAreNotTaken)
-{
-    const struct {
-        const char *keys; // typed one by one, UTF-8
-        const char *text;
-    } rows[] = {{"ä€", "ä€"}, {"1Ω2", "12"}};
-    for (const auto &row : rows) {
-        int selected = -1;
-        std::string text;
-        testdoor::Script([&](testdoor::ModalBox &box) {
-            box.TypeKeys(row.keys);
-            box.Answer(WIN_ID_OK);
-        });
-        ASSERT_TRUE(ComboQuestion(NULL, "Kopf", zooms, selected, text));
-        EXPECT_EQ(text, Set(row.text));
-    }
 }
 } // namespace
