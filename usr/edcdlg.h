@@ -331,9 +331,8 @@ class TEdcStatic : public TStatic
 public:
     using TStatic::TStatic;
     /// A numbered text, or the picture of that number where the style shows pictures; 0 is empty. Without a
-    /// call the resource's own stays.
+    /// call the resource's own stays. SetText() puts another in its place until the window is made anew.
     void SetRes(int aResId);
-    void SetText(const char *text) override;
     void SetupWindow() override;
     void CleanupWindow() override;
 
@@ -401,6 +400,7 @@ public:
     int Data() const { return data; }
     void SetupWindow() override;
     int Transfer(void *field, int direction) override;
+    void EvNotify(int code) override; // arrow keys go to the group
 
 private:
     int data; // what the group reports while this button is on
@@ -438,17 +438,25 @@ public:
     void SetFlags(int f) { flags = f; }
     int GetFlags() const { return flags; }
     void Clicked(TEdcCheckBox *ck) override;
+    /// The focus goes to the neighbour in the order of adding, round the end, and clicks it where it is off.
+    /// Those that are disabled or hidden are passed by. From NULL: to the one added first, or last.
+    void Step(TEdcCheckBox *from, bool forward);
     void SetupWindow() override;
     int Transfer(void *field, int direction) override;
+    void EvNotify(int code) override;
 
 private:
+    TEdcCheckBox *Chosen() const; // NULL where none is on
+    TEdcCheckBox *Neighbour(TEdcCheckBox *from, bool forward) const;
+    void Mark(int aMark);
+
     bool allowNone;
     TEdcInt value;
     int flags;
     int mark = 0; // 2: a frame shows that the group has the focus, 1: the frame is to go, 0: none
 };
 
-/// A menu of the resources for the right mouse button.
+/// A menu of the resources for the right mouse button. What memory does not allow leaves it as it was.
 class TEdcPopupMenu
 {
 public:
@@ -458,6 +466,11 @@ public:
     /// Shows it on the main window's client at a point of its client area; `defaultItem` stands out, 0 for
     /// none.
     void Track(const TPoint &pos, int defaultItem);
+    TMenu &Handle() { return handle; }
+
+    /// Copies the items of one menu into another, popups with all that is in them; before the item `offset`, or
+    /// behind all.
+    static void Copy(TMenu *hDest, const TMenu *hSrc, int offset);
 
 private:
     TMenu handle;

@@ -127,13 +127,13 @@ struct TDecoratedFrame::FrameImpl {
 
     void BuildMenu(TDecoratedFrame &owner)
     {
-        const ResMENU *menu = FindMenu(menuId);
-        if (!menu)
+        TMenu menu = LoadMenu(menuId);
+        if (menu.items.empty())
             return;
         QMenuBar *bar = widget->menuBar();
         bar->setNativeMenuBar(false);
         bar->clear();
-        FillMenu(reinterpret_cast<TNativeWidget *>(static_cast<QWidget *>(bar)), *menu,
+        FillMenu(reinterpret_cast<TNativeWidget *>(static_cast<QWidget *>(bar)), menu,
                  {[&owner](TCommandEnabler &enabler) { owner.EvCommandEnable(enabler); },
                   [&owner](int id) { owner.EvCommand(id); }});
         widget->keys = ReadKeys();

@@ -5,7 +5,6 @@
 #define WIN_FRAME_H
 
 #include "win/window.h"
-#include <vector>
 
 /// One question: may this command be given, is it on? Whoever knows the command answers it.
 class TCommandEnabler
@@ -67,20 +66,6 @@ private:
     struct FrameImpl;
     TWindow &client;
     std::unique_ptr<FrameImpl> frame;
-};
-
-/// A menu shown at the pointer. The chosen command goes to the main frame's client.
-class TPopupMenu
-{
-public:
-    explicit TPopupMenu(int menuId = 0);
-    void Load(int menuId);   // replaces the items by the resource's
-    void Append(int menuId); // adds them
-    /// Shows the menu at a point of the window; `defaultItem` is drawn bold (0 for none).
-    void Track(TWindow &window, TPoint at, int defaultItem);
-
-private:
-    std::vector<int> menus; // numbers of the resources, in order
 };
 
 #endif

@@ -27,7 +27,8 @@ public:
 TMenu LoadMenu(int menuId);
 
 /// Shows the menu at a point of the window's client area; what is chosen goes to the main frame as a command.
-/// Its enablers are asked first; `defaultItem` is drawn bold, 0 for none. Nothing without a window or items.
+/// Its enablers are asked first, and what is disabled or ticked here stays so; `defaultItem` is drawn bold, 0
+/// for none. Nothing without a window or items.
 void TrackMenu(TWindow &window, const TMenu &menu, TPoint at, int defaultItem);
 
 #endif

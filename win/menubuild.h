@@ -3,7 +3,7 @@
 #ifndef WIN_MENUBUILD_H
 #define WIN_MENUBUILD_H
 
-#include "lib/restable.h"
+#include "win/menu.h"
 #include "win/native.h"
 #include <functional>
 #include <string>
@@ -16,7 +16,7 @@ struct TMenuHandlers {
 };
 
 /// Adds the items to a menu or a menu bar.
-void FillMenu(TNativeWidget *menuOrBar, const ResMENU &menu, const TMenuHandlers &handlers);
+void FillMenu(TNativeWidget *menuOrBar, const TMenu &menu, const TMenuHandlers &handlers);
 
 /// A key as the German keyboard names it, in the system's character set: "Strg+Umschalt+S" of "Ctrl+Shift+S".
 std::string KeyText(const char *key);

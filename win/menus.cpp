@@ -13,9 +13,12 @@
 
 namespace
 {
-QString ItemText(const ResMENUITEM &item)
+constexpr char GREY[] = "grey"; // of an action: its item is disabled, whatever the enablers say
+constexpr char TICKED[] = "ticked";
+
+QString ItemText(const TMenu::ITEM &item)
 {
-    std::string text = ToUtf8(item.text);
+    std::string text = ToUtf8(item.text.c_str());
     if (const char *key = FindAccelerator(item.id))
         text += '\t' + ToUtf8(KeyText(key).c_str());
     return QString::fromStdString(text);
@@ -29,9 +32,10 @@ void AskItems(QMenu &menu, const TMenuHandlers &handlers)
             continue;
         TCommandEnabler enabler(action->data().toInt());
         handlers.ask(enabler);
-        action->setEnabled(enabler.IsAnswered() && enabler.IsEnabled());
-        action->setCheckable(enabler.IsChecked());
-        action->setChecked(enabler.IsChecked());
+        bool checked = enabler.IsChecked() || action->property(TICKED).toBool();
+        action->setEnabled(enabler.IsAnswered() && enabler.IsEnabled() && !action->property(GREY).toBool());
+        action->setCheckable(checked);
+        action->setChecked(checked);
     }
 }
 
@@ -40,33 +44,43 @@ void AskBeforeShowing(QMenu &menu, const TMenuHandlers &handlers)
     QObject::connect(&menu, &QMenu::aboutToShow, &menu, [&menu, handlers] { AskItems(menu, handlers); });
 }
 
-void AddItem(QWidget &target, const ResMENUITEM &item, const TMenuHandlers &handlers)
+QAction *MakeItem(QWidget &target, const TMenu::ITEM &item, const TMenuHandlers &handlers)
 {
     auto *action = new QAction(&target);
-    if (item.text) {
-        action->setText(ItemText(item));
-        action->setData(item.id);
-        QObject::connect(action, &QAction::triggered, &target,
-                         [choose = handlers.choose, id = item.id] { choose(id); });
-    } else {
-        action->setSeparator(true);
-    }
-    target.addAction(action);
+    action->setSeparator(item.text.empty());
+    if (item.text.empty())
+        return action;
+    action->setText(ItemText(item));
+    action->setData(item.id);
+    action->setProperty(GREY, !item.enabled);
+    action->setProperty(TICKED, item.checked);
+    QObject::connect(action, &QAction::triggered, &target,
+                     [choose = handlers.choose, id = item.id] { choose(id); });
+    return action;
 }
 
-/// Adds what stands at `level` and below it. @return the item behind
-const ResMENUITEM *FillLevel(QWidget &target, const ResMENUITEM *item, const ResMENUITEM *end, int level,
-                             const TMenuHandlers &handlers)
+QAction *MakePopup(QWidget &target, const TMenu::ITEM &item, const TMenuHandlers &handlers)
+{
+    auto *popup = new QMenu(QString::fromStdString(ToUtf8(item.text.c_str())), &target);
+    AskBeforeShowing(*popup, handlers);
+    FillMenu(reinterpret_cast<TNativeWidget *>(static_cast<QWidget *>(popup)), *item.popup, handlers);
+    popup->menuAction()->setEnabled(item.enabled);
+    return popup->menuAction();
+}
+
+/// Takes what stands at `level` and below it. @return the item behind
+const ResMENUITEM *LoadLevel(TMenu &menu, const ResMENUITEM *item, const ResMENUITEM *end, int level)
 {
     while (item != end && item->level >= level) {
-        if (!item->text || item->id != 0) {
-            AddItem(target, *item++, handlers);
+        TMenu::ITEM &loaded = menu.items.emplace_back();
+        loaded.id = item->id;
+        loaded.text = item->text ? item->text : "";
+        bool isPopup = item->text && item->id == 0;
+        ++item;
+        if (!isPopup)
             continue;
-        }
-        auto *popup = new QMenu(QString::fromStdString(ToUtf8(item->text)), &target);
-        AskBeforeShowing(*popup, handlers);
-        target.addAction(popup->menuAction());
-        item = FillLevel(*popup, item + 1, end, level + 1, handlers);
+        loaded.popup = std::make_unique<TMenu>();
+        item = LoadLevel(*loaded.popup, item, end, level + 1);
     }
     return item;
 }
@@ -122,10 +136,19 @@ private:
 };
 } // namespace
 
-void FillMenu(TNativeWidget *menuOrBar, const ResMENU &menu, const TMenuHandlers &handlers)
+TMenu LoadMenu(int menuId)
+{
+    TMenu menu;
+    if (const ResMENU *found = FindMenu(menuId))
+        LoadLevel(menu, found->items, found->items + found->count, 0);
+    return menu;
+}
+
+void FillMenu(TNativeWidget *menuOrBar, const TMenu &menu, const TMenuHandlers &handlers)
 {
     QWidget &target = *reinterpret_cast<QWidget *>(menuOrBar);
-    FillLevel(target, menu.items, menu.items + menu.count, 0, handlers);
+    for (const TMenu::ITEM &item : menu.items)
+        target.addAction(item.popup ? MakePopup(target, item, handlers) : MakeItem(target, item, handlers));
 }
 
 std::string KeyText(const char *key)
@@ -148,41 +171,21 @@ std::string KeyText(const char *key)
     return text;
 }
 
-TPopupMenu::TPopupMenu(int menuId)
-{
-    if (menuId)
-        Load(menuId);
-}
-
-void TPopupMenu::Load(int menuId)
-{
-    menus.assign(1, menuId);
-}
-
-void TPopupMenu::Append(int menuId)
-{
-    menus.push_back(menuId);
-}
-
-void TPopupMenu::Track(TWindow &window, TPoint at, int defaultItem)
+void TrackMenu(TWindow &window, const TMenu &menu, TPoint at, int defaultItem)
 {
     TDecoratedFrame *frame = TApplication::Current() ? TApplication::Current()->MainWindow() : NULL;
-    if (!frame || !window.IsCreated())
+    if (!frame || !window.IsCreated() || menu.items.empty())
         return;
-    QMenu menu(reinterpret_cast<QWidget *>(window.Native()));
+    QMenu popup(reinterpret_cast<QWidget *>(window.Native()));
     // The command comes once the event that opened the menu is through.
     TMenuHandlers handlers = {[frame](TCommandEnabler &enabler) { frame->EvCommandEnable(enabler); },
                               [frame](int id) { frame->PostCommand(id); }};
-    for (int id : menus)
-        if (const ResMENU *items = FindMenu(id))
-            FillMenu(reinterpret_cast<TNativeWidget *>(&menu), *items, handlers);
-    if (menu.isEmpty())
-        return;
-    AskBeforeShowing(menu, handlers);
-    if (QAction *item = defaultItem ? FindItem(menu, defaultItem) : NULL)
-        menu.setDefaultAction(item);
-    TPopupFace face(menu);
+    FillMenu(reinterpret_cast<TNativeWidget *>(static_cast<QWidget *>(&popup)), menu, handlers);
+    AskBeforeShowing(popup, handlers);
+    if (QAction *item = defaultItem ? FindItem(popup, defaultItem) : NULL)
+        popup.setDefaultAction(item);
+    TPopupFace face(popup);
     TModalScope scope(face);
     TPoint screen = window.ClientToScreen(at);
-    menu.exec(QPoint(screen.x, screen.y));
+    popup.exec(QPoint(screen.x, screen.y));
 }

@@ -1,5 +1,6 @@
 // Popup menus at the pointer, and how keys are named.
 #include "frameclient.h"
+#include "win/menu.h"
 #include "win/menubuild.h"
 
 #include <gtest/gtest.h>
@@ -12,7 +13,7 @@ protected:
     Popup() { Show(); }
 
     /// Shows the menu and takes an item, 0 for Esc. @return what the menu showed
-    std::string Track(TPopupMenu &menu, int choice, int defaultItem = 0)
+    std::string Track(const TMenu &menu, int choice, int defaultItem = 0)
     {
         std::string shown;
         testdoor::Script([&shown, choice](testdoor::ModalBox &box) {
@@ -21,7 +22,7 @@ protected:
             if (choice)
                 box.Answer(choice);
         });
-        menu.Track(client, {10, 10}, defaultItem);
+        TrackMenu(client, menu, {10, 10}, defaultItem);
         EXPECT_EQ(client.Heard(), "") << "the command comes behind the event that opened the menu";
         testdoor::Settle();
         return shown;
@@ -32,7 +33,7 @@ protected:
 TEST_F(Popup, ChosenCommandComesToTheClientOnceTheMenuIsThrough)
 {
     client.allowed = {101, 105};
-    TPopupMenu menu(2);
+    TMenu menu = LoadMenu(2);
     EXPECT_EQ(Track(menu, 105, 101), "\326&ffnen...\tStrg+O\n&Beseitigen\tEntf\n");
     EXPECT_EQ(client.Heard(), "105 ");
     EXPECT_EQ(testdoor::UnexpectedBoxes(), 0);
@@ -41,7 +42,7 @@ TEST_F(Popup, ChosenCommandComesToTheClientOnceTheMenuIsThrough)
 TEST_F(Popup, GreyItemCannotBeTaken)
 {
     client.allowed = {105};
-    TPopupMenu menu(2);
+    TMenu menu = LoadMenu(2);
     Track(menu, 101); // does nothing, so the menu stays and is cancelled
     EXPECT_EQ(client.Heard(), "");
     EXPECT_EQ(testdoor::UnexpectedBoxes(), 1);
@@ -50,41 +51,62 @@ TEST_F(Popup, GreyItemCannotBeTaken)
 TEST_F(Popup, EscGivesNoCommand)
 {
     client.allowed = {101, 105};
-    TPopupMenu menu(2);
+    TMenu menu = LoadMenu(2);
     Track(menu, 0);
     EXPECT_EQ(client.Heard(), "");
     EXPECT_EQ(testdoor::UnexpectedBoxes(), 1) << "cancelled by the door";
 }
 
-TEST_F(Popup, AppendedMenusStandBehindTheLoadedOne)
-{
-    client.allowed = {103};
-    TPopupMenu menu;
-    menu.Load(1);
-    menu.Load(2);
-    menu.Append(3);
-    EXPECT_EQ(Track(menu, 103), "\326&ffnen...\tStrg+O\n&Beseitigen\tEntf\n&Liste\n");
-    EXPECT_EQ(client.Heard(), "103 ");
-}
-
 TEST_F(Popup, ItemsOfPopupsWithinAreAskedAndTaken)
 {
     client.allowed = {103};
-    TPopupMenu menu(1);
+    TMenu menu = LoadMenu(1);
     Track(menu, 103);
     EXPECT_EQ(client.Heard(), "103 ");
 }
 
 TEST_F(Popup, MenuWithoutItemsIsNotShown)
 {
-    TPopupMenu menu(4711);
-    menu.Track(client, {0, 0}, 0);
-    TPopupMenu().Track(client, {0, 0}, 0);
+    TrackMenu(client, LoadMenu(4711), {0, 0}, 0);
+    TrackMenu(client, TMenu(), {0, 0}, 0);
     FrameClient hidden;
-    TPopupMenu(2).Track(hidden, {0, 0}, 0);
+    TrackMenu(hidden, LoadMenu(2), {0, 0}, 0);
     TestApplication().SetMainWindow(NULL);
-    TPopupMenu(2).Track(client, {0, 0}, 0);
+    TrackMenu(client, LoadMenu(2), {0, 0}, 0);
     EXPECT_EQ(testdoor::UnexpectedBoxes(), 0);
+}
+
+TEST_F(Popup, DisabledItemStaysGreyWhateverItsEnablerSays)
+{
+    client.allowed = {101, 105};
+    TMenu menu = LoadMenu(2);
+    menu.items[0].enabled = false;
+    Track(menu, 101);
+    EXPECT_EQ(client.Heard(), "");
+    EXPECT_EQ(testdoor::UnexpectedBoxes(), 1);
+    Track(menu, 105);
+    EXPECT_EQ(client.Heard(), "105 ");
+}
+
+TEST(Menu, IsLoadedWithItsPopupsAndSeparators)
+{
+    ClientResources resources;
+    std::string shape;
+    std::function<void(const TMenu &)> walk = [&](const TMenu &menu) {
+        for (const TMenu::ITEM &item : menu.items) {
+            EXPECT_TRUE(item.enabled && !item.checked);
+            shape += std::to_string(item.id) + item.text;
+            if (item.popup) {
+                shape += '(';
+                walk(*item.popup);
+                shape += ')';
+            }
+            shape += ';';
+        }
+    };
+    walk(LoadMenu(1));
+    EXPECT_EQ(shape, "0&Datei(101\326&ffnen...;0;102&Schlie\337en;0&Mehr(103&Liste;););0&Hilfe(104&Themen;);");
+    EXPECT_TRUE(LoadMenu(4711).items.empty());
 }
 
 TEST(Keys, AreNamedAsOnTheGermanKeyboard)
