@@ -1,4 +1,4 @@
-// Looking up menus, keys and pictures, and drawing pictures at any scale.
+// Looking up menus, keys, pictures and dialogs, and drawing pictures at any scale.
 #include "frameclient.h"
 #include "support/metawriter.h"
 
@@ -116,12 +116,28 @@ TEST(Tables, FirstOfSeveralKeysIsTheOneThatMenusShow)
     EXPECT_STREQ(FindAccelerator(5), "Del");
 }
 
+TEST(Tables, HaveDialogsByNumber)
+{
+    static const ResCONTROL lines[] = {{RES_EDIT, 100, "", 0, 7, 7, 50, 13, 0},
+                                       {RES_DEFAULT, 1, "OK", 0, 7, 27, 50, 14, 0}};
+    static const ResDIALOG dialogs[] = {{20100, "a", 64, 48, lines, 2}, {22000, "b", 64, 48, lines, 1}};
+    ClientResources resources;
+    EXPECT_EQ(FindDialog(20100), static_cast<const ResDIALOG *>(NULL));
+    resources.tables.dialogs = dialogs;
+    resources.tables.dialogCount = 2;
+    EXPECT_EQ(FindDialog(20100), dialogs);
+    EXPECT_EQ(FindDialog(22000), dialogs + 1);
+    for (int id : {0, -1, 20099, 20101, 22001, 100000})
+        EXPECT_EQ(FindDialog(id), static_cast<const ResDIALOG *>(NULL)) << id;
+}
+
 TEST(Tables, WithoutThemNothingIsFound)
 {
     const ResTABLES *former = SetResourceTables(NULL);
     EXPECT_EQ(FindMenu(1), static_cast<const ResMENU *>(NULL));
     EXPECT_EQ(FindAccelerator(101), static_cast<const char *>(NULL));
     EXPECT_EQ(FindPicture(1), static_cast<const ResPICTURE *>(NULL));
+    EXPECT_EQ(FindDialog(1), static_cast<const ResDIALOG *>(NULL));
     EXPECT_TRUE(Accelerators().empty());
     EXPECT_EQ(SetResourceTables(former), static_cast<const ResTABLES *>(NULL));
 }
