@@ -103,6 +103,11 @@ public:
     const char *Kind() const override { return "popup"; }
     bool IsUp() const override { return menu.isVisible(); }
     void Cancel() override { menu.close(); }
+    TNativeWidget *Widget() const override
+    {
+        return reinterpret_cast<TNativeWidget *>(static_cast<QWidget *>(&menu));
+    }
+    int Default() const override { return menu.defaultAction() ? menu.defaultAction()->data().toInt() : 0; }
 
     void Answer(int id) override
     {

@@ -30,6 +30,7 @@ public:
     virtual void Select(int /*entry*/) {}
     virtual void Type(const std::string &) {}
     virtual std::string Typed() const { return {}; }
+    virtual int Default() const { return 0; } // the item that stands out
 };
 
 /// Made right before the modal loop starts, gone right after it. Scripts run one after another until the box is

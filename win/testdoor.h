@@ -88,6 +88,7 @@ public:
     void Select(int entry);                       // of a combo box, from 0
     void Type(const std::string &text);           // into a combo box, Windows-1252
     std::string Typed() const;                    // what the combo box shows
+    int Default() const;                          // id of the item that a popup menu shows bold, 0 for none
     std::string Buttons() const;                  // their texts in order of the alphabet, a blank between
     void Press(const char *key);                  // a real key, as "Esc" or "Return"
     void TypeKeys(const std::string &utf8);       // real keys, one a character
@@ -95,6 +96,7 @@ public:
     explicit ModalBox(TModalFace &aFace) : face(aFace) {}
 
 private:
+    friend class DialogBox; // the controls within
     TModalFace &face;
 };
 

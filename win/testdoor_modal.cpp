@@ -197,6 +197,11 @@ std::string ModalBox::Typed() const
     return face.Typed();
 }
 
+int ModalBox::Default() const
+{
+    return face.Default();
+}
+
 std::string ModalBox::Buttons() const
 {
     QStringList texts;

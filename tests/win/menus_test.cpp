@@ -39,6 +39,38 @@ TEST_F(Popup, ChosenCommandComesToTheClientOnceTheMenuIsThrough)
     EXPECT_EQ(testdoor::UnexpectedBoxes(), 0);
 }
 
+TEST_F(Popup, DefaultItemStandsOut)
+{
+    const struct {
+        int asked;
+        int shown;
+    } cases[] = {{0, 0}, {101, 101}, {105, 105}, {103, 103}, {4711, 0}};
+    for (const auto &c : cases) {
+        int shown = -1;
+        testdoor::Script([&shown](testdoor::ModalBox &box) { shown = box.Default(); });
+        TMenu menu = LoadMenu(2);
+        menu.items.emplace_back().text = "&Mehr";
+        menu.items.back().popup = std::make_unique<TMenu>(LoadMenu(3));
+        TrackMenu(client, menu, {10, 10}, c.asked);
+        EXPECT_EQ(shown, c.shown) << c.asked;
+    }
+    EXPECT_EQ(testdoor::UnexpectedBoxes(), 5) << "cancelled by the door";
+}
+
+TEST_F(Popup, KeysMoveAndTake)
+{
+    client.allowed = {101, 105};
+    testdoor::Script([](testdoor::ModalBox &box) {
+        box.Press("Down");
+        box.Press("Down");
+        box.Press("Return");
+    });
+    TrackMenu(client, LoadMenu(2), {10, 10}, 0);
+    testdoor::Settle();
+    EXPECT_EQ(client.Heard(), "105 ");
+    EXPECT_EQ(testdoor::UnexpectedBoxes(), 0);
+}
+
 TEST_F(Popup, GreyItemCannotBeTaken)
 {
     client.allowed = {105};
