@@ -159,7 +159,10 @@ protected:
 
 private:
     friend class TEdcSpriteManager;
+    template <class CHOICE>
+    void SelectEach(CHOICE choice, TDC *dc);
     void ToTop(TEdcSprite *spr);
+    void PaintAll(TDC &dc);
     void DecorateFocus(TDC *dc);
     TEdcSpriteLayer *next = NULL; // view: the manager's next layer
     int id;
@@ -200,6 +203,7 @@ public:
     void RightUp(TDC &dc, unsigned keys, TPoint point) override;
     void MouseMove(TDC &dc, unsigned keys, TPoint point) override;
     void Outside(TDC &dc, bool on) override;
+    void Activate(bool on) override;
 
     virtual void MenuAt(unsigned keys, TPoint point);
     virtual void OpenAt(unsigned keys, TPoint point);
@@ -224,8 +228,11 @@ protected:
     int32_t button = 0;     // 1 left, 2 right: what began the gesture
 
 private:
-    unsigned DragMode(unsigned keys) const;
-    void Cancel(TDC &dc, unsigned keys, TPoint point, bool left);
+    using DragStep = void (TEdcSprite::*)(TDC &dc, unsigned mode, TPoint start, TPoint shift);
+    void DragEach(DragStep step, TDC &dc, unsigned keys, TPoint point);
+    void Begin(int32_t which, TPoint point);
+    void TakeBack(TDC &dc, unsigned keys, TPoint point);
+    void Forget();
 };
 
 /// The layers and tools of one block; all of them are members of the block. Starts suspended.
@@ -270,8 +277,10 @@ protected:
     bool suspended = true;
 
 private:
-    TEdcSpriteTool *LastPermitted() const;
-    void ShowTool();
+    TEdcSpriteTool *LastPermitted() const; // on the active layer; the one that was added first
+    void TakeTool(TEdcSpriteTool *tl);
+    void DropTool();
+    void PaintLayers(TDC &dc, const TRect &rect);
 };
 
 #endif
