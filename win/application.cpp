@@ -75,6 +75,17 @@ public:
         return {};
     }
 };
+
+/// Takes a window along when it goes itself.
+class Condemned : public QObject
+{
+public:
+    Condemned(QObject *parent, TWindow *aWindow) : QObject(parent), window(aWindow) {}
+    ~Condemned() override { delete window; }
+
+private:
+    TWindow *window; // owned
+};
 } // namespace
 
 /// The toolkit's application object, and an eye on its events.
@@ -97,6 +108,7 @@ struct TApplication::Impl : public QObject {
     QApplication application;
     QTranslator dialogs;
     OwnTranslator own;
+    QObject condemned; // parent of the windows that wait for their end
     QTimer idle;
     long idleCount = 0; // idle turns since the last event
     int pumping = 0;    // PumpWaitingMessages under way
@@ -230,6 +242,12 @@ void TApplication::PumpWaitingMessages()
     ++impl->pumping;
     QCoreApplication::processEvents();
     --impl->pumping;
+}
+
+/// A loop within the present one, under a message box say, leaves it alone.
+void TApplication::Condemn(TWindow *window)
+{
+    (new Condemned(&impl->condemned, window))->deleteLater();
 }
 
 bool TApplication::IdleStep()

@@ -9,6 +9,7 @@
 
 class TDecoratedFrame;
 class TStatusBar;
+class TWindow;
 
 class TApplication
 {
@@ -30,6 +31,9 @@ public:
     void PumpWaitingMessages();
     /// Runs one idle turn now, as the loop would: command enabling of bars, then IdleAction.
     bool IdleStep();
+
+    /// Deletes a window in a later turn of the loop, or with the application; nobody else may.
+    void Condemn(TWindow *window);
 
     TDecoratedFrame *MainWindow() const { return mainWindow; }
     void SetMainWindow(TDecoratedFrame *frame) { mainWindow = frame; } // view

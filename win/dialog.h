@@ -71,7 +71,7 @@ private:
     bool modal = false;
     bool autoDelete = false;
     std::vector<TControl *> controls;   // owned, but those that take themselves off
-    std::unique_ptr<DialogImpl> dialog; // while the window is there
+    std::shared_ptr<DialogImpl> dialog; // while the window is there
 };
 
 #endif

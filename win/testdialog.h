@@ -12,6 +12,9 @@ class TDialog;
 namespace testdoor
 {
 
+/// A click by the way that the desktop's events take, so that a modal box in front keeps it away.
+void DesktopClick(TWindow &window, TPoint at);
+
 /// One control as it stands in the dialog.
 struct Placed {
     int id;

@@ -592,7 +592,7 @@ void TWindow::Create()
 
 void TWindow::AdoptWidget(TNativeWidget *widget)
 {
-    ASSERT(!IsCreated());
+    ASSERT(!widget || !IsCreated());
     impl->widget = ToWidget(widget);
 }
 
