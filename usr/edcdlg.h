@@ -263,7 +263,6 @@ public:
     bool IsChanged() const;
     void SetFlags(int f) { flags = f; }
     int GetFlags() const { return flags; }
-    void SetupWindow() override;
     int Transfer(void *field, int direction) override; // a TEdcValue *
 
 private:

@@ -8,13 +8,6 @@ TEdcEdit::TEdcEdit(TDialog *aDialog, int resId, int txtLim, TValidator *aValidat
     ASSERT(txtLim >= SHORTSTRMAX && txtLim <= LONGSTRMAX);
 }
 
-void TEdcEdit::SetupWindow()
-{
-    TEdit::SetupWindow();
-    if (GetValidator() != NULL)
-        SetTip(GetValidator()->Hint().c_str());
-}
-
 void TEdcEdit::SetValue(const TEdcAStr &v)
 {
     SetText(v.id == EDC_VVAL ? v.text : "");
