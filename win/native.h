@@ -7,6 +7,7 @@ struct TNativeWidget;  // a widget
 struct TNativePainter; // a painter
 struct TNativeDevice;  // anything that can be painted on
 struct TNativeImage;   // an image
+struct TNativeModel;   // what a list shows
 
 using HWND = TNativeWidget *; // where only a window's identity counts; NULL while it has no widget
 
