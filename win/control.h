@@ -96,6 +96,9 @@ public:
     /// Hears of its own notification before the dialog does. Base: nothing.
     virtual void EvNotify(int code);
 
+protected:
+    void SetHint(const char *text); // a tooltip for where SetTip has given none
+
 private:
     friend class TDialog;
     TDialog *dialog; // view
@@ -106,14 +109,14 @@ private:
 class TEdit : public TControl
 {
 public:
-    /// @param textLimit  room for what can be typed or set, with the terminator; 0 for no limit
+    /// @param textLimit  room for what can be typed or set, with the terminator; 0 for no limit. A longer text
+    ///                   is cut.
     TEdit(TDialog *dialog, int resId, int textLimit = 0, TValidator *validator = NULL);
     ~TEdit() override;
 
     void SetValidator(TValidator *v); // owned; the former one goes
     TValidator *GetValidator() const { return validator.get(); }
     int TextLimit() const { return textLimit; }
-    void SetText(const char *text) override;       // cut at the limit
     int GetText(char *buf, int max) const;         // cut at max - 1 characters; @return its length
     int TextLength() const;                        // characters, CR LF counts as two
     void GetSelection(int &start, int &end) const; // positions in the text

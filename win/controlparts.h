@@ -21,6 +21,9 @@ HWND MakeControl(const ResCONTROL &line, TNativeWidget *dialog, TControlSite &si
 /// The part of MakeControl for drop-down lists and list boxes.
 HWND MakeListControl(const ResCONTROL &line, TNativeWidget *dialog, TControlSite &site);
 
+/// The same widget with another style; its class and number stay.
+void SetWindowStyle(HWND widget, unsigned style);
+
 /// Makes a widget known as a control: WindowClass, WindowStyle and WindowId answer from it.
 void MarkControl(HWND widget, const char *windowClass, unsigned style, int id); // the class is a literal
 
@@ -63,11 +66,12 @@ TCheckFace *CheckFace(HWND control); // NULL for others
 
 /// What the control shows, in Windows-1252: a drop-down list its entry or the text of its field.
 std::string ControlText(HWND control);
+void SetControlText(HWND control, const char *text); // of all but drop-down lists and list boxes
 void SetWindowStyle(HWND control, unsigned style);
 /// A picture of the resources on a button or a static; 0, or one that is not there, takes it off.
 void SetControlPicture(HWND control, int pictureId);
-void ShowFrameMark(HWND control, bool on); // TControl::ShowMark
-bool IsFrameMarked(HWND control);
+/// Whether Tab stops there; the style tells it from now on.
+void SetControlTabStop(HWND control, bool on);
 
 /// The least extent in the toolkit's units at which nothing of the widget's text or picture is cut, lines
 /// broken at the present width where its kind breaks lines.

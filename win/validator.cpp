@@ -4,7 +4,7 @@ TValidator::~TValidator() = default;
 
 void TValidator::Error(TWindow *) {}
 
-bool TValidator::IsValidInput(const char *, bool)
+bool TValidator::IsValidInput(const char *, bool) const
 {
     return true;
 }

@@ -23,7 +23,7 @@ public:
     /// Tells the user why the text was refused. Base: nothing.
     virtual void Error(TWindow *owner);
     /// While the user types; `suppressFill` forbids completing the text. Base: true.
-    virtual bool IsValidInput(const char *text, bool suppressFill);
+    virtual bool IsValidInput(const char *text, bool suppressFill) const;
     /// Whether the complete text will do. Base: true.
     virtual bool IsValid(const char *text);
     /// Converts between the text and the value behind it. Base: nothing.
