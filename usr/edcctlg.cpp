@@ -205,6 +205,7 @@ void TEdcCtlgList::FillItems(const char *text)
         bool selected = FillBox(*items, names, text); __test;
         EnableForSelection(selected);
     __point
+        EnableForSelection(items->GetSelIndex() >= 0);
     __treat
 }
 

@@ -109,7 +109,7 @@ protected:
 
     void ReadItems(LIST &group, CdeFILE &file, int ver);
     static void WriteItems(LIST &group, CdeFILE &file);
-    static bool IsName(const char *text); // what a name in a file may be: not blank, no control characters
+    static bool IsName(const char *text);                 // not blank, no control characters
     static std::string SelectedText(const TListBox &box); // "" where nothing is
 
     bool loaded = false;   // the list holds the file's content

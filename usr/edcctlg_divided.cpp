@@ -99,6 +99,7 @@ void TEdcCtlgDividedList::ReadContent(CdeFILE &file, int version)
             file.GetStr(group->name, SHORTSTRMAX); __test;
             if (!IsName(group->name))
                 __raise(XCDE_INVOLVED);
+            StrCollapse(group->name, 0);
             ReadItems(*group, file, version); __test;
             file.EndSection(1); __test;
             group->Insert(this);

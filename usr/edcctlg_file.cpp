@@ -17,17 +17,20 @@ CdeFILENAME Companion(const CdeFILENAME &path, const char *extension)
     return name;
 }
 
-bool HasControls(const char *text)
+/// White space is none of them: it collapses.
+bool IsControl(char c)
 {
-    while (*text != EOS && !(ChrClass(*text) & CHR_CONTROL))
-        ++text;
-    return *text != EOS;
+    unsigned code = ChrCode(c);
+    return (code < ' ' || code == 0x7F) && !(ChrClass(c) & CHR_SPACE);
 }
 } // namespace
 
 bool TEdcCtlgList::IsName(const char *text)
 {
-    return !StrIsBlank(text) && !HasControls(text);
+    bool sound = !StrIsBlank(text);
+    for (const char *c = text; *c != EOS; ++c)
+        sound = sound && !IsControl(*c);
+    return sound;
 }
 
 void TEdcCtlgList::Load()
