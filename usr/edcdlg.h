@@ -282,7 +282,9 @@ public:
     TValidator *GetValidator() const { return validator.get(); }
     int Add(const TEdcAStr &v);                          // @return its index, below 0 where there is no window
     int Find(const char *text, int start, int id) const; // id -1: any; @return -1 where there is none
-    int SelectById(int id, bool forward);                // or the first with EDC_VUDF; @return the index or -1
+    /// The first entry with the id in that direction; without one, of those with EDC_VUDF the last of the list.
+    /// @return the index or -1, which unselects
+    int SelectById(int id, bool forward);
     void SetValue(const TEdcAStr &v);
     void GetValue(TEdcAStr &v) const;
     bool IsChanged() const;
@@ -317,6 +319,7 @@ public:
     int GetFlags() const { return flags; }
     bool IsValid(bool report);
     bool CanClose() override;
+    void SetupWindow() override;
     int Transfer(void *field, int direction) override;
 
 private:

@@ -14,14 +14,13 @@
 #include <QProxyStyle>
 #include <QScreen>
 #include <QScrollBar>
-#include <QStyleOptionComboBox>
+#include <QWheelEvent>
+#include <utility>
 
 namespace
 {
 constexpr int ENTRIES_SHOWN = 12; // of a dropped list, beyond which it scrolls
 constexpr int NOTCH = 120;        // the toolkit's units of one notch of the wheel
-constexpr int FIELD_MARGINS = 6;  // the toolkit's units, round the text within an edit field, with the caret
-constexpr int LABEL_MARGINS = 2;  // the same of a drop list
 
 /// A list that drops below its field and scrolls, with an edit field or without.
 class TDropStyle : public QProxyStyle
@@ -69,7 +68,6 @@ public:
     void Insert(int index, const char *text) override;
     void Delete(int index) override;
     void Clear() override { store.Clear(); } // which empties the field
-    TSize Needed() const override;
     TNativeWidget *Field() const override;
     void SetFieldText(const char *text) override;
     bool IsDropped() const override { return dropped; }
@@ -174,17 +172,6 @@ void TDropWidget::Release()
     update();
     if (dropped)
         view()->viewport()->update();
-}
-
-TSize TDropWidget::Needed() const
-{
-    QStyleOptionComboBox option;
-    initStyleOption(&option);
-    QRect field = style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this);
-    int margins = lineEdit() ? FIELD_MARGINS : LABEL_MARGINS;
-    auto *self = reinterpret_cast<const TNativeWidget *>(static_cast<const QWidget *>(this));
-    return {WidestEntry(self, store.Model()) + width() - field.width() + margins,
-            fontMetrics().height() + height() - field.height()};
 }
 
 TNativeWidget *TDropWidget::Field() const

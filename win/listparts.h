@@ -72,7 +72,6 @@ public:
     virtual void Insert(int index, const char *text) = 0;
     virtual void Delete(int index) = 0; // of the selected entry: none is selected then
     virtual void Clear() = 0;
-    virtual TSize Needed() const = 0; // NeededExtent
 
 protected:
     ~TListFace() = default;

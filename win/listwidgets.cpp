@@ -38,7 +38,6 @@ public:
     void Insert(int index, const char *text) override { store.Insert(index, text); }
     void Delete(int index) override;
     void Clear() override { store.Clear(); }
-    TSize Needed() const override { return {}; } // it scrolls
     int TopIndex() override;
     void SetTopIndex(int index) override;
     void SetRedraw(bool on) override { setUpdatesEnabled(on); }
@@ -224,14 +223,5 @@ HWND MakeListBox(const ResCONTROL &line, TNativeWidget *dialog, TControlSite &si
 
 HWND MakeListControl(const ResCONTROL &line, TNativeWidget *dialog, TControlSite &site)
 {
-    bool isBox = line.kind == RES_LIST;
-    unsigned kind = line.kind == RES_COMBO ? WIN_CBS_DROPDOWN : WIN_CBS_DROPDOWNLIST;
-    HWND control = isBox ? MakeListBox(line, dialog, site) : MakeDropDown(line, dialog, site);
-    MarkControl(control, isBox ? "LISTBOX" : "COMBOBOX",
-                (isBox ? unsigned{WIN_LBS_NOTIFY} : kind) | WIN_STYLE_CHILD, line.id);
-    SetControlTabStop(control, (line.style & RES_NOTAB) == 0);
-    auto *widget = reinterpret_cast<QWidget *>(control);
-    widget->setEnabled((line.style & RES_GREY) == 0);
-    widget->setVisible((line.style & RES_HIDDEN) == 0);
-    return control;
+    return line.kind == RES_LIST ? MakeListBox(line, dialog, site) : MakeDropDown(line, dialog, site);
 }
