@@ -68,7 +68,16 @@ public:
             {"QPlatformTheme", "Open", "Öffnen"},
             {"QPlatformTheme", "Save", "Speichern"},
             {"QPlatformTheme", "Close", "Schließen"},
+            {"QLineEdit", "&Undo", "&Rückgängig"},
+            {"QLineEdit", "&Redo", "Wieder&herstellen"},
+            {"QLineEdit", "Cu&t", "&Ausschneiden"},
+            {"QLineEdit", "&Copy", "&Kopieren"},
+            {"QLineEdit", "&Paste", "&Einfügen"},
+            {"QLineEdit", "Delete", "Löschen"},
+            {"QLineEdit", "Select All", "Alles auswählen"},
         };
+        if (std::strcmp(context, "QWidgetTextControl") == 0) // the same menu, of many lines
+            context = "QLineEdit";
         for (const auto &entry : table)
             if (std::strcmp(entry.context, context) == 0 && std::strcmp(entry.source, source) == 0)
                 return QString::fromUtf8(entry.german);

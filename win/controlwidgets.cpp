@@ -4,7 +4,6 @@
 #include "win/guard.h"
 #include "win/pictures.h"
 
-#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFontMetrics>
@@ -30,7 +29,9 @@ constexpr int TAB_WIDTH = 8;   // average characters, between the stops of a lab
 constexpr int ICON_GAP = 4;    // toolkit's units, as all below: between a picture and the text beside it
 constexpr int PUSH_MARGIN = 3; // round the text of a push button, frame included
 constexpr int TITLE_MARGIN = 8;
-constexpr int FIELD_CHARS = 2; // average characters that a field shows at least
+constexpr int EDIT_MARGINS = 6;  // round the text in a combo box's edit field, with the caret
+constexpr int ENTRY_MARGINS = 2; // round the entry in one without
+constexpr int FIELD_CHARS = 2;   // average characters that a field shows at least
 
 QWidget *ToWidget(HWND control)
 {
@@ -261,40 +262,6 @@ private:
     TControlSite &site;
 };
 
-/// A push button. The one that Return would press looks like it: the one that has the focus, else the default.
-class TPush : public TPressable<QPushButton>
-{
-public:
-    TPush(QWidget *parent, TControlSite &aSite, bool anIsDefault)
-        : TPressable<QPushButton>(parent, aSite), isDefault(anIsDefault)
-    {
-        setAutoDefault(false);
-        setDefault(isDefault);
-        if (isDefault)
-            connect(qApp, &QApplication::focusChanged, this, qOverload<>(&QWidget::update));
-    }
-
-protected:
-    void initStyleOption(QStyleOptionButton *option) const override
-    {
-        QPushButton::initStyleOption(option);
-        const QWidget *focused = window()->focusWidget();
-        bool pressed = dynamic_cast<const TPush *>(focused) ? focused == this : isDefault;
-        option->features.setFlag(QStyleOptionButton::DefaultButton, pressed);
-    }
-
-    void keyPressEvent(QKeyEvent *event) override
-    {
-        if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
-            click();
-        else
-            QPushButton::keyPressEvent(event);
-    }
-
-private:
-    bool isDefault;
-};
-
 /// A check box or radio button, or one that looks like a push button. It holds its state itself, for there are
 /// three of them and not all kinds switch by themselves.
 template <class BASE>
@@ -435,7 +402,7 @@ QWidget *MakeWidget(const ResCONTROL &line, QWidget *parent, TControlSite &site)
         return ToWidget(MakeMemo(dialog));
     case RES_BUTTON:
     case RES_DEFAULT:
-        return new TPush(parent, site, line.kind == RES_DEFAULT);
+        return new TPressable<QPushButton>(parent, site);
     case RES_CHECK:
     case RES_CHECK3:
         return MakeSwitch<QCheckBox>(line, parent, site);
@@ -475,7 +442,8 @@ QSize ComboExtent(const QComboBox *combo)
     int widest = 0;
     for (int i = 0; i < combo->count(); ++i)
         widest = std::max(widest, combo->fontMetrics().horizontalAdvance(combo->itemText(i)));
-    return {combo->width() - room.width() + widest + 2,
+    int margins = combo->isEditable() ? EDIT_MARGINS : ENTRY_MARGINS;
+    return {combo->width() - room.width() + widest + margins,
             combo->height() - room.height() + combo->fontMetrics().height()};
 }
 

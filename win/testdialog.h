@@ -39,13 +39,18 @@ public:
     void Type(int id, const std::string &utf8);             // in place of what is there
     void TypeKeys(const std::string &utf8);                 // to whatever has the focus
     void Paste(int id, const std::string &utf8);            // in place of what is there
-    void Press(const char *key);          // "Tab", "Return", "Alt+A", to whatever has the focus
-    void Drop(int id);                    // a click on a combo box, which opens its list
-    void PointAt(int id, int entry);      // of a dropped list: the pointer over an entry
-    void ClickDropped(int id, int entry); // takes it
-    void ClickBeside(int id);             // leaves the dropped list
-    void Choose(int id, int entry);       // Drop and ClickDropped
-    void CloseByFrame();                  // the window's own closing button
+    void PasteKeys(const std::string &utf8);                // at the cursor of whatever has the focus
+    void PasteByMenu(int id, const std::string &utf8);      // with the field's own menu
+    void DropText(int id, const std::string &utf8);         // from another program, behind what is there
+    void Commit(const std::string &utf8);       // an input method gives it to whatever has the focus
+    std::vector<std::string> FieldMenu(int id); // texts of a field's own menu
+    void Press(const char *key);                // "Tab", "Return", "Alt+A", to whatever has the focus
+    void Drop(int id);                          // a click on a combo box, which opens its list
+    void PointAt(int id, int entry);            // of a dropped list: the pointer over an entry
+    void ClickDropped(int id, int entry);       // takes it
+    void ClickBeside(int id);                   // leaves the dropped list
+    void Choose(int id, int entry);             // Drop and ClickDropped
+    void CloseByFrame();                        // the window's own closing button
 
     int Focus() const; // number of who has it, 0 for none
     std::string Text(int id) const;
@@ -62,6 +67,7 @@ public:
     TSize Extent() const; // toolkit's units, of the client area
     std::vector<Placed> Layout() const;
     bool SaveScreenshot(const char *nativePath) const;
+    std::vector<TColor> Pixels(int id, TSize &extent) const; // device pixels of a control, row by row
 
 private:
     TNativeWidget *dialog;
