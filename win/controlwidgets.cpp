@@ -320,6 +320,9 @@ protected:
                          QBrush(this->palette().color(QPalette::Mid), Qt::Dense5Pattern));
     }
 
+    /// All of the control, not only the mark and the letters beside it.
+    bool hitButton(const QPoint &at) const override { return this->rect().contains(at); }
+
     void mouseDoubleClickEvent(QMouseEvent *event) override
     {
         if (event->button() == Qt::LeftButton && this->hitButton(event->position().toPoint()))
