@@ -43,6 +43,8 @@ struct TEdcDrawHandle {
     int32_t width = 0, height = 0;
     AgPOINT point;     // m
     int32_t index = 0; // in the shape
+
+    TRect Box() const { return {x - width / 2, y - height / 2, x + width / 2, y + height / 2}; }
 };
 
 enum : uint32_t {
@@ -70,8 +72,20 @@ struct TEdcDrawCreation {
     void *stock = NULL;    // view
 };
 
-struct TEdcDrawLocateData;
-struct TEdcDrawAlignNode;
+/// Turned about the origin, counter-clockwise seen from above; angle in rad.
+AgPOINT EdcTurned(const AgPOINT &p, double angle);
+
+/// Place and extents of the points in a frame turned by `refAngle` about `centre`.
+void EdcDescribe(TEdcDrawDesc &desc, const AgPOINT *points, int n, const AgPOINT &centre, double refAngle);
+/// The copy takes the original's place in the selection and the layer owns it.
+void EdcSelectCopy(class TEdcDrawSprite &original, class TEdcDrawSprite &copy);
+/// Drawn twice it leaves no trace.
+void EdcInvertGhost(TDC &dc, const TPoint *points, int n);
+
+/// Both dialogs for exact places forget what was entered last.
+void EdcForgetPlaces();
+/// Given to the main window once the present message is done.
+void EdcPostCommand(int id);
 
 /// What the align dialog answers.
 struct TEdcDrawAlign {
@@ -108,7 +122,7 @@ public:
 
     /// Whether there are parameters for new objects; says so where there are none.
     virtual bool CanCreate(const TEdcDrawCreation &creation);
-    virtual TEdcSprite *CreateSprite(const TEdcDrawCreation &creation); // the caller adds it; NULL: none
+    virtual TEdcDrawSprite *CreateSprite(const TEdcDrawCreation &creation); // the caller adds it; NULL: none
     /// Asks for the parameters of new objects; `first` forgets the former ones. @return them, or NULL
     virtual void *QueryCreation(int toolId, bool first);
     virtual void Open(); // the parameters of the selection
@@ -141,6 +155,9 @@ protected:
     TColor fillSelected = WIN_BLACK;
     int32_t handleWidth = 0, handleHeight = 0; // px
     double pickTolerance = 0;                  // m
+
+private:
+    void PlaceExactly();
 };
 
 class TEdcDrawSprite : public TEdcSprite
@@ -163,20 +180,21 @@ public:
     virtual void Describe(TEdcDrawDesc &d, double refAngle);
     /// Carries out a step for good. @return who took it, this or its new copy
     virtual TEdcDrawSprite *Apply(TEdcDrawDrag &drag);
-    virtual void Commit(TDC *dc);                // what follows a drop
+    virtual void Commit(TDC &dc);                // what follows a drop
     virtual void DragUpdate(TEdcDrawDrag &drag); // computes the ghost
     virtual void DragPaint(TDC &dc);             // inverts it
 
     TEdcDrawHandle *HandleAt(TPoint point); // the first one there, NULL for none
     const TEdcDrawDesc &Desc() const { return desc; }
     int Type() const { return type; }
-    TEdcDrawLayer *DrawLayer() const;
-    TEdcAxes &Axes() const; // of the layer
+    TEdcDrawLayer *DrawLayer() const; // asserts that there is one
+    TEdcAxes &Axes() const;           // of the layer
 
     static bool IsDragging() { return dragging; }
     static bool IsCopying() { return dragCopy; }
 
 protected:
+    void MakeHandles(const AgPOINT *points, const TPoint *device, int n);
     bool MakeDrag(TEdcDrawDrag &drag, unsigned mode, TPoint start, TPoint shift, bool first);
 
     TEdcDrawDesc desc;
@@ -187,7 +205,11 @@ protected:
     bool dragOk = false; // takes part in the drag
 
 private:
-    void SnapCorners(AgVECTOR &shift) const;
+    void ChooseDrag(unsigned mode, TPoint start, TPoint shift);
+    void MakeMove(TEdcDrawDrag &drag, unsigned mode, TPoint shift) const;
+    void MakeTurn(TEdcDrawDrag &drag, unsigned mode, TPoint pointer) const;
+    AgVECTOR NearestSnap(std::initializer_list<AgPOINT> points, const AgVECTOR &move) const;
+    void NoteCopy(const TEdcDrawDrag &drag);
 
     static bool dragging; // one drag at a time
     static bool dragCopy;
@@ -223,6 +245,7 @@ protected:
         double angle = 0; // rad
     };
     SHAPE Dragged(const TEdcDrawDrag &drag) const;
+    void Span(const AgPOINT &from, const AgPOINT &to);
 
     uint16_t kind = 1;
     double length = 0; // m
@@ -275,6 +298,9 @@ protected:
     TPoint dragCorners[5]; // px, of the ghost
 };
 
+/// Shows a tool's cursor while the tool is active, and what was there before afterwards.
+void EdcSwapCursor(bool on, bool &active, const TCursor &cursor, TCursor &saved);
+
 /// The selector with the cursors of plans.
 class TEdcDrawSelector : public TEdcSpriteSelector
 {
@@ -307,6 +333,7 @@ class TEdcDrawAligner : public TEdcDrawTool
 {
 public:
     TEdcDrawAligner(int aId, int cursorId, int aNextCommand);
+    void Activate(bool on) override;
     void LeftDown(TDC &dc, unsigned keys, TPoint point) override;
     void LeftUp(TDC &dc, unsigned keys, TPoint point) override;
     void RightDown(TDC &dc, unsigned keys, TPoint point) override;
@@ -357,6 +384,8 @@ public:
     virtual void DrawShape(TDC &dc);
 
 protected:
+    AgPOINT Snapped(TPoint point) const; // m
+
     int nextCommand;
     uint16_t flags;
     void *stock = NULL;         // view

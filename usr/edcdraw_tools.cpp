@@ -1,0 +1,319 @@
+// Tools with a cursor of their own: the selector of plans, the aligner, and the creator of objects from stock.
+// A button counts as up before its release is carried out, for that may open a dialog.
+#include "usr/edcdraw.h"
+
+#include "lib/xassert.h"
+#include "usr/edcapp.h"
+#include "usr/edcbase2.h"
+#include "win/dc.h"
+
+#include <cmath>
+#include <utility>
+
+#include "lib/xon.h"
+
+namespace
+{
+enum { IDLE = 0, PRESSED = 1 };
+const double HEAD_INCHES = 5.0 / 72; // length of an arrow's head
+
+TCursor PictureCursor(int id)
+{
+    return {TCursor::RESOURCE, id};
+}
+} // namespace
+
+TEdcDrawSelector::TEdcDrawSelector(int aId, int cursorId, int copyId)
+    : TEdcSpriteSelector(aId), cursor(PictureCursor(cursorId)), cursorCopy(PictureCursor(copyId)),
+      hasCopy(copyId != 0)
+{
+}
+
+void TEdcDrawSelector::Activate(bool on)
+{
+    TEdcSpriteSelector::Activate(on);
+    EdcSwapCursor(on, activeNow, cursor, cursorSaved);
+}
+
+void TEdcDrawSelector::MouseMove(TDC &dc, unsigned keys, TPoint point)
+{
+    __enter
+        TEdcSpriteSelector::MouseMove(dc, keys, point); __test;
+        if (activeNow && hasCopy)
+            AppDocument()->SetCursor(TEdcDrawSprite::IsCopying() ? cursorCopy : cursor);
+    __point
+    __treat
+}
+
+void EdcSwapCursor(bool on, bool &active, const TCursor &cursor, TCursor &saved)
+{
+    if (on == active)
+        return;
+    active = on;
+    if (on)
+        saved = AppDocument()->SetCursor(cursor);
+    else
+        AppDocument()->SetCursor(saved);
+}
+
+TEdcDrawTool::TEdcDrawTool(int aId, int cursorId) : TEdcSpriteTool(aId), cursor(PictureCursor(cursorId)) {}
+
+void TEdcDrawTool::Activate(bool on)
+{
+    EdcSwapCursor(on, activeNow, cursor, cursorSaved);
+}
+
+TEdcDrawLayer *TEdcDrawTool::DrawLayer() const
+{
+    ASSERT(layer != NULL);
+    return static_cast<TEdcDrawLayer *>(layer);
+}
+
+TEdcAxes &TEdcDrawTool::Axes() const
+{
+    return *DrawLayer()->Axes();
+}
+
+TEdcDrawAligner::TEdcDrawAligner(int aId, int cursorId, int aNextCommand)
+    : TEdcDrawTool(aId, cursorId), nextCommand(aNextCommand)
+{
+}
+
+void TEdcDrawAligner::Activate(bool on)
+{
+    TEdcDrawTool::Activate(on);
+    leftState = rightState = IDLE;
+    drawn = outside = false;
+}
+
+void TEdcDrawAligner::LeftDown(TDC &, unsigned, TPoint point)
+{
+    if (!layer || rightState != IDLE)
+        return;
+    leftState = PRESSED;
+    outside = drawn = false;
+    start = end = point;
+}
+
+void TEdcDrawAligner::MouseMove(TDC &dc, unsigned keys, TPoint point)
+{
+    if (!layer || leftState != PRESSED || outside)
+        return;
+    TPoint v = point - start;
+    if ((keys & WIN_KEY_SHIFT) && std::abs(v.x) < std::abs(v.y))
+        point.x = start.x;
+    else if (keys & WIN_KEY_SHIFT)
+        point.y = start.y;
+    if (point == end)
+        return;
+    __enter
+        if (drawn) {
+            DrawLine(dc); __test;
+        }
+        end = point;
+        drawn = true;
+        DrawLine(dc); __test;
+    __point
+        leftState = IDLE;
+    __treat
+}
+
+void TEdcDrawAligner::LeftUp(TDC &dc, unsigned, TPoint)
+{
+    int32_t former = std::exchange(leftState, IDLE);
+    if (!layer || former != PRESSED || outside)
+        return;
+    __enter
+        if (drawn) {
+            DrawLine(dc); __test;
+        }
+        drawn = false;
+        bool done = Finish(); __test;
+        if (done && nextCommand != 0)
+            EdcPostCommand(nextCommand);
+    __point
+    __treat
+}
+
+/// The other button takes a gesture back.
+void TEdcDrawAligner::RightDown(TDC &dc, unsigned keys, TPoint point)
+{
+    if (!layer)
+        return;
+    __enter
+        if (leftState == PRESSED) {
+            if (!outside) {
+                Outside(dc, true); __test;
+            }
+            LeftUp(dc, keys, point); __test;
+        } else {
+            rightState = PRESSED;
+            outside = false;
+        }
+    __point
+        leftState = rightState = IDLE;
+    __treat
+}
+
+void TEdcDrawAligner::RightUp(TDC &, unsigned, TPoint)
+{
+    if (std::exchange(rightState, IDLE) == PRESSED && layer && nextCommand != 0)
+        EdcPostCommand(nextCommand);
+}
+
+void TEdcDrawAligner::Outside(TDC &dc, bool on)
+{
+    outside = on;
+    if (layer && leftState == PRESSED && drawn)
+        DrawLine(dc);
+}
+
+/// The shaft ends at the head, or the two would invert each other.
+void TEdcDrawAligner::DrawLine(TDC &dc)
+{
+    if (start == end)
+        return;
+    double head = HEAD_INCHES * dc.DpiY(); // px
+    double dx = end.x - start.x;
+    double dy = end.y - start.y;
+    double length = std::hypot(dx, dy);
+    double ux = dx / length;
+    double uy = dy / length;
+    auto behind = [&](double back, double aside) {
+        return TPoint{static_cast<int>(std::lround(end.x - ux * back - uy * aside)),
+                      static_cast<int>(std::lround(end.y - uy * back + ux * aside))};
+    };
+    const TPoint tip[] = {end, behind(head, head / 3), behind(head, -head / 3)};
+    TDCState former = dc.State();
+    dc.SetMix(WIN_MIX_NOTXOR);
+    dc.SetPen({WIN_BLACK, 1, WIN_PEN_SOLID});
+    if (length > head + 1)
+        dc.Line(start, behind(head + 1, 0));
+    dc.SetPen(NoPen());
+    dc.SetBrush(SolidBrush(WIN_BLACK));
+    dc.Polygon(tip, 3);
+    dc.SetState(former);
+}
+
+/// Without a selection there is nothing to align, and the tool is done.
+bool TEdcDrawAligner::Finish()
+{
+    bool done = true;
+    __enter
+        AgPOINT from = Axes().ToModel(start);
+        AgPOINT to = Axes().ToModel(end);
+        if (layer->Focus() && from == to) {
+            done = false;
+        } else if (layer->Focus()) {
+            TEdcDrawAlign spec;
+            bool answered = DrawLayer()->AlignQuery(spec, from, to, NULL); __test;
+            if (answered) {
+                DrawLayer()->Align(spec); __test;
+            }
+        }
+    __point
+    __treat
+    return done;
+}
+
+void TEdcDrawStockCreator::Activate(bool on)
+{
+    __enter
+        stock = NULL;
+        TEdcDrawAligner::Activate(on); __test;
+        if (on && layer) {
+            stock = DrawLayer()->QueryCreation(Id(), true); __test;
+        }
+    __point
+    __treat
+}
+
+/// The right button changes the parameters of what will be placed.
+void TEdcDrawStockCreator::RightUp(TDC &dc, unsigned keys, TPoint point)
+{
+    __enter
+        if (nextCommand != 0) {
+            TEdcDrawAligner::RightUp(dc, keys, point); __test;
+        } else if (std::exchange(rightState, IDLE) == PRESSED && layer) {
+            stock = DrawLayer()->QueryCreation(Id(), false); __test;
+        }
+    __point
+    __treat
+}
+
+bool TEdcDrawStockCreator::Finish()
+{
+    __enter
+        AgPOINT from = Axes().ToModel(start);
+        AgPOINT to = Axes().ToModel(end);
+        if (from == to) {
+            PlaceOne(from); __test;
+        } else {
+            PlaceRow(from, to); __test;
+        }
+    __point
+    __treat
+    return true;
+}
+
+/// A new object, selected, the layer's; NULL where the layer makes none.
+TEdcDrawSprite *TEdcDrawStockCreator::CreateOne()
+{
+    TEdcDrawSprite *spr = NULL;
+    __enter
+        TEdcDrawCreation creation;
+        creation.type = Id();
+        creation.stock = stock;
+        spr = DrawLayer()->CreateSprite(creation); __test;
+        if (spr) {
+            layer->Add(spr); __test;
+            layer->Select(spr, true, NULL); __test;
+        }
+    __point
+        spr = NULL;
+    __treat
+    return spr;
+}
+
+/// Centred on the click, which is not snapped.
+void TEdcDrawStockCreator::PlaceOne(const AgPOINT &at)
+{
+    __enter
+        layer->SelectAll(false, NULL); __test;
+        TEdcDrawSprite *spr = CreateOne(); __test;
+        if (spr) {
+            TEdcDrawDesc desc;
+            TEdcDrawDrag drag;
+            layer->SetFocus(spr, NULL); __test;
+            spr->Recompute(); __test;
+            spr->Describe(desc, 0); __test;
+            Complete(desc);
+            drag.mode = EDC_DRAWDRAGMOVE;
+            drag.shift = at - desc.centre;
+            DrawLayer()->ApplyDrag(drag); __test;
+        }
+    __point
+    __treat
+}
+
+void TEdcDrawStockCreator::PlaceRow(const AgPOINT &from, const AgPOINT &to)
+{
+    __enter
+        TEdcDrawAlign spec;
+        int count = 0;
+        bool answered = DrawLayer()->AlignQuery(spec, from, to, &count); __test;
+        if (answered) {
+            layer->SelectAll(false, NULL); __test;
+            bool more = true;
+            for (int i = 0; i < count && more; ++i) {
+                more = CreateOne() != NULL; __test;
+            }
+        }
+        if (answered && layer->CountSel() > 0) {
+            layer->SetFocus(layer->SelLast(), NULL); __test;
+            DrawLayer()->Align(spec); __test;
+            layer->SetFocus(NULL, NULL); __test;
+        }
+    __point
+    __treat
+}

@@ -108,6 +108,9 @@ struct TEdcAxesLabel {
 
 enum { EDC_AxXAXIS = 1, EDC_AxYAXIS = 2, EDC_AxGRID = 4, EDC_AxMINORGRID = 8 };
 
+/// Into (-pi, pi], rad. The noise of a sum of degrees does not turn pi into -pi.
+double EdcWrapAngle(double angle);
+
 /// A pair of scaled axes in model units with ticks and labels.
 class TEdcAxes
 {

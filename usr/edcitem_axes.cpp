@@ -23,15 +23,14 @@ double NearestMultiple(double value, double step)
 {
     return step > 0 ? std::round(value / step) * step : value;
 }
+} // namespace
 
-/// Into (-pi, pi]. The noise of a sum of degrees does not turn pi into -pi.
-double WrapAngle(double angle)
+double EdcWrapAngle(double angle)
 {
     const double noise = 1e-12;
     double wrapped = std::remainder(angle, 2 * AgPI);
     return wrapped <= -AgPI + noise ? AgPI : wrapped;
 }
-} // namespace
 
 TEdcAxes::~TEdcAxes()
 {
@@ -169,7 +168,7 @@ AgPOINT TEdcAxes::Snap(const AgPOINT &p) const
 
 double TEdcAxes::SnapAngle(double a) const
 {
-    return WrapAngle(NearestMultiple(a, angleSnap));
+    return EdcWrapAngle(NearestMultiple(a, angleSnap));
 }
 
 double TEdcAxes::Angle(int dx, int dy) const
