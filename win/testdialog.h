@@ -26,6 +26,15 @@ struct Placed {
     bool isFrame; // others may stand within it
 };
 
+/// A drop-down list that is open, in the toolkit's units of the screen.
+struct DroppedList {
+    TRect rect;  // the list with its frame
+    TRect field; // the closed box
+    TRect screen;
+    int shown;  // entries that fit without scrolling
+    bool isCut; // an entry is wider than its room
+};
+
 /// A dialog that is up. A control that is not there is a failure of the test and ends the process.
 class DialogBox
 {
@@ -50,6 +59,9 @@ public:
     void ClickDropped(int id, int entry);       // takes it
     void ClickBeside(int id);                   // leaves the dropped list
     void Choose(int id, int entry);             // Drop and ClickDropped
+    void DragFromArrow(int id, int entry);      // the button goes down on the arrow and up on the entry
+    DroppedList Dropped(int id) const;
+    void DragEntries(int id, int from, int to); // of a list box; beyond its ends the pointer leaves the box
     void CloseByFrame();                        // the window's own closing button
 
     int Focus() const; // number of who has it, 0 for none
