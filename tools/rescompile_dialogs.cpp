@@ -39,9 +39,9 @@ constexpr Kind kinds[] = {
     {"list", "RES_LIST", RES_LIST, false, true, FOCUS_STYLE | RES_SORT},
     {"button", "RES_BUTTON", RES_BUTTON, true, true, FOCUS_STYLE | RES_BITMAP},
     {"default", "RES_DEFAULT", RES_DEFAULT, true, true, FOCUS_STYLE | RES_BITMAP},
-    {"check", "RES_CHECK", RES_CHECK, true, true, FOCUS_STYLE | RES_PUSH},
-    {"check3", "RES_CHECK3", RES_CHECK3, true, true, FOCUS_STYLE | RES_PUSH},
-    {"radio", "RES_RADIO", RES_RADIO, true, true, FOCUS_STYLE | RES_PUSH},
+    {"check", "RES_CHECK", RES_CHECK, true, true, FOCUS_STYLE | RES_PUSH | RES_BITMAP},
+    {"check3", "RES_CHECK3", RES_CHECK3, true, true, FOCUS_STYLE | RES_PUSH | RES_BITMAP},
+    {"radio", "RES_RADIO", RES_RADIO, true, true, FOCUS_STYLE | RES_PUSH | RES_BITMAP},
 };
 
 struct Style {

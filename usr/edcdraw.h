@@ -79,6 +79,8 @@ AgPOINT EdcTurned(const AgPOINT &p, double angle);
 void EdcDescribe(TEdcDrawDesc &desc, const AgPOINT *points, int n, const AgPOINT &centre, double refAngle);
 /// The copy takes the original's place in the selection and the layer owns it.
 void EdcSelectCopy(class TEdcDrawSprite &original, class TEdcDrawSprite &copy);
+/// Applies a step with the sprite's own centre as the pivot.
+void EdcApplyAbout(class TEdcDrawSprite &sprite, TEdcDrawDrag &drag);
 /// Drawn twice it leaves no trace.
 void EdcInvertGhost(TDC &dc, const TPoint *points, int n);
 
