@@ -374,6 +374,8 @@ void TEdcDocument::EvSetFocus()
     __treat
 }
 
+/// A key that has a command of its own comes here while a button is down: Esc takes the gesture back then, and
+/// closes the block otherwise.
 void TEdcDocument::EvKeyDown(TVirtualKey key, unsigned)
 {
     static const struct {
@@ -393,6 +395,10 @@ void TEdcDocument::EvKeyDown(TVirtualKey key, unsigned)
     if (locked != 0)
         return;
     __enter
+        if (key == WIN_VK_ESCAPE) {
+            EndGesture();
+            Refresh(0); __test;
+        }
         for (const auto &scroll : scrolls)
             if (scroll.key == key) {
                 HideGesture(true); __test;

@@ -1,4 +1,7 @@
+#include "lib/platform.h"
+#include "support/programtables.h"
 #include "support/testblock.h"
+#include "usr/edcutils.h"
 #include "win/application.h"
 #include "win/boxes.h"
 #include "win/testdoor.h"
@@ -23,7 +26,8 @@ protected:
         a->tool = &tool;
         doc.docZoom.SetCustom(100);
         doc.blockZoom.SetCustom(100);
-        doc.Create();
+        if (!doc.IsCreated())
+            doc.Create();
         testdoor::ResizeClient(doc, {200, 150});
         doc.Start("C:\\x.tst");
         testdoor::Settle();
@@ -548,6 +552,78 @@ TEST_F(Mouse, AToolMayCloseItsBlock)
         EXPECT_EQ(doc.openedDC, nullptr) << event.word;
         EXPECT_EQ(doc.obsolete, 0) << event.word;
         doc.EvCaptureLost();
+    }
+}
+
+/// Menu keys behind a document that is shown in a frame of the program's menus.
+class MouseAndKeys : public Mouse
+{
+protected:
+    MouseAndKeys() : frame("Probe", doc)
+    {
+        EdcUseResources();
+        TestApplication().SetMainWindow(&frame);
+        frame.AssignMenu(1000);
+        frame.Create();
+    }
+    ~MouseAndKeys() override
+    {
+        TestApplication().SetMainWindow(NULL);
+        SetResTextSink(NULL);
+    }
+
+    ProgramTables tables;
+    TDecoratedFrame frame;
+};
+
+TEST_F(MouseAndKeys, EscTakesAGestureBackAndClosesTheBlockWhenNoButtonIsDown)
+{
+    const struct {
+        const char *name;
+        testdoor::Button button;
+        bool outside;
+        const char *calls; // of Esc
+    } rows[] = {
+        {"left", testdoor::LEFT, false, "t.outside t.up "},
+        {"right", testdoor::RIGHT, false, "t.outside t.rup "},
+        {"left, outside", testdoor::LEFT, true, "t.up "},
+        {"right, outside", testdoor::RIGHT, true, "t.rup "},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.name);
+        OpenA();
+        bool left = row.button == testdoor::LEFT;
+        testdoor::Press(doc, {10, 10}, row.button);
+        testdoor::Move(doc, row.outside ? TPoint{-10, 20} : TPoint{20, 20}, 0, left, !left);
+        doc.log.Take();
+        tool.onEvent = [&] { doc.Obsolete(EDC_PAINT); };
+        testdoor::Key(doc, "Esc");
+        tool.onEvent = NULL;
+        EXPECT_EQ(doc.log.Take(), row.calls);
+        EXPECT_EQ(doc.openedBlk, a);
+        EXPECT_EQ(doc.obsolete, 0);
+        ExpectIdle("taken back");
+        testdoor::Release(doc, {20, 20}, row.button);
+        EXPECT_EQ(doc.log.Take(), "");
+        testdoor::Key(doc, "Esc");
+        EXPECT_EQ(doc.log.Take(), "a.command20035 a.close ");
+        EXPECT_EQ(doc.openedBlk, nullptr);
+    }
+}
+
+TEST_F(Mouse, AFailureWhileAGestureIsTakenBackLeavesTheWindowUsable)
+{
+    for (const char *failing : {"t.outside", "t.up"}) {
+        OpenA();
+        TestHook hook;
+        doc.EvLButtonDown(0, {10, 10});
+        doc.log.failing = failing;
+        doc.EvKeyDown(WIN_VK_ESCAPE, 0);
+        EXPECT_EQ(hook.Reports(), 1) << failing;
+        ExpectIdle(failing);
+        doc.log.failing.clear();
+        doc.CloseBlock();
+        doc.Refresh(0);
     }
 }
 
