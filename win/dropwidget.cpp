@@ -440,7 +440,7 @@ void TDropWidget::focusOutEvent(QFocusEvent *event)
 {
     QComboBox::focusOutEvent(event);
     typed.Forget();
-    if (event->reason() != Qt::PopupFocusReason)
+    if (dropped && event->reason() != Qt::PopupFocusReason) // while it drops, the list takes the focus itself
         RollUp(-1);
 }
 } // namespace
