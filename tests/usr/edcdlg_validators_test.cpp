@@ -324,3 +324,78 @@ TEST(Validators, TakeTheLimitsThemselves)
     EXPECT_TRUE(TEdcIntValidator(2, 2, false).IsValid("2"));
     EXPECT_TRUE(TEdcTimeValidator("r", false, 0, 0).IsValid("0"));
 }
+
+TEST(Hints, NameTheRangeWithItsUnit)
+{
+    const double infinite = std::numeric_limits<double>::infinity();
+    struct {
+        double min, max;
+        const char *unit;
+        const char *hint;
+    } rows[] = {
+        {0.5, 1500, "W", "Dezimalzahl: 500 mW bis 1.5 kW"},
+        {0, 1.1, NULL, "Dezimalzahl: 0 bis 1.1"},
+        {0, 1e300, NULL, "Dezimalzahl: ab 0"},
+        {0, infinite, "kW", "Dezimalzahl: ab 0 kW"},
+        {-1e300, 24, NULL, "Dezimalzahl: bis 24"},
+        {-infinite, -2.5, "m", "Dezimalzahl: bis -2.5 m"},
+        {-1e300, 1e300, NULL, "Dezimalzahl"},
+        {-1e301, 1e301, NULL, "Dezimalzahl"},
+        {-infinite, infinite, "m", "Dezimalzahl: m"},
+        {-infinite, infinite, "", "Dezimalzahl"},
+        {-9e299, 9e299, NULL, "Dezimalzahl: -9e+299 bis 9e+299"},
+        {2, 2, "", "Dezimalzahl: 2 bis 2"},
+    };
+    for (const auto &row : rows)
+        EXPECT_EQ(TEdcFloatValidator(row.min, row.max, true, row.unit).Hint(), row.hint);
+}
+
+TEST(Hints, NameTheRangeOfAWholeNumber)
+{
+    const int least = std::numeric_limits<int>::min(), most = std::numeric_limits<int>::max();
+    struct {
+        int min, max;
+        const char *hint;
+    } rows[] = {
+        {0, 365, "Ganze Zahl: 0 bis 365"},
+        {1, most, "Ganze Zahl: ab 1"},
+        {least, -1, "Ganze Zahl: bis -1"},
+        {least, most, "Ganze Zahl"},
+        {least + 1, most - 1, "Ganze Zahl: -2147483647 bis 2147483646"},
+    };
+    for (const auto &row : rows)
+        EXPECT_EQ(TEdcIntValidator(row.min, row.max, true).Hint(), row.hint);
+}
+
+TEST(Hints, NameTheFormOfATime)
+{
+    EXPECT_EQ(TEdcTimeValidator("d.M.r, h:m", true, 1990, 2010).Hint(), "Form \"d.M.r, h:m\"");
+}
+
+TEST(Hints, FollowTheSetters)
+{
+    TEdcFloatValidator real(0, 1, true, NULL);
+    real.SetRange(2, 3);
+    real.SetUnit("m");
+    EXPECT_EQ(real.Hint(), "Dezimalzahl: 2 m bis 3 m");
+    TEdcIntValidator number(0, 1, true);
+    number.SetRange(2, 3);
+    EXPECT_EQ(number.Hint(), "Ganze Zahl: 2 bis 3");
+    TEdcTimeValidator time("r", true, 0, 1);
+    time.SetFormat("d.M.r");
+    EXPECT_EQ(time.Hint(), "Form \"d.M.r\"");
+}
+
+TEST(Hints, SayNothingOfWhatTakesAnyText)
+{
+    EXPECT_EQ(TEdcValueValidator(false).Hint(), "");
+    EXPECT_EQ(TValidator().Hint(), "");
+}
+
+TEST(Validators, OfDecimalNumbersTakeTheCommaKeyAsAPoint)
+{
+    EXPECT_TRUE(TEdcFloatValidator(0, 1, true, NULL).HasOption(WIN_VALIDATOR_POINT));
+    EXPECT_FALSE(TEdcIntValidator(0, 1, true).HasOption(WIN_VALIDATOR_POINT));
+    EXPECT_FALSE(TEdcTimeValidator("r", true, 0, 1).HasOption(WIN_VALIDATOR_POINT));
+    EXPECT_FALSE(TEdcValueValidator(true).HasOption(WIN_VALIDATOR_POINT));
+}
