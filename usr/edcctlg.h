@@ -185,6 +185,9 @@ protected:
     void ReadContent(CdeFILE &file, int ver) override;
     void WriteContent(CdeFILE &file) override;
     void FillLists() override;
+    /// Asks for the name of a group, which must be the only one of that name. @return false where the user
+    /// cancels
+    bool EditGroup(TEdcCtlgGroup *group);
 
 private:
     TEdcCtlgGroup *FirstGroup() const { return static_cast<TEdcCtlgGroup *>(First()); }
@@ -194,7 +197,6 @@ private:
     void AddGroup();
     void RenameGroup();
     void RemoveGroup();
-    bool EditGroup(TEdcCtlgGroup *group);
 
     TEdcListBox *groups;
     TControl *rename, *removeGroup;

@@ -13,6 +13,7 @@
 
 #include <gtest/gtest.h>
 
+#include <deque>
 #include <functional>
 
 enum {
@@ -53,10 +54,25 @@ protected:
         EXPECT_EQ(testdoor::UnexpectedBoxes(), 0);
     }
 
+    using SCRIPT = std::function<void(testdoor::ModalBox &)>;
+    using ACT = std::function<void(testdoor::DialogBox &)>;
+
+    /// The next box but those that have scripts already.
+    void Script(const SCRIPT &script)
+    {
+        scripts.push_back(script);
+        AwaitBox();
+    }
+    /// The very next box: a test says first what the dialog asks, then what happens in the dialog.
+    void ScriptFirst(const SCRIPT &script)
+    {
+        scripts.push_front(script);
+        AwaitBox();
+    }
     /// The next box is this message, with these buttons.
     void Answer(int textId, int answer, const char *buttons)
     {
-        testdoor::Script([=](testdoor::ModalBox &box) {
+        Script([=](testdoor::ModalBox &box) {
             EXPECT_EQ(box.Kind(), "message");
             EXPECT_EQ(box.Caption(), "Zulerion");
             EXPECT_EQ(box.Text(), GetResString(textId));
@@ -72,14 +88,8 @@ protected:
     void AnswerCancel() { Answer(TEXT_NOT_SAVED, WIN_ID_CANCEL, "Abbrechen Wiederholen"); }
 
     /// The next box is a dialog, and this happens in it.
-    void InDialog(const std::function<void(testdoor::DialogBox &)> &act)
-    {
-        testdoor::Script([act](testdoor::ModalBox &box) {
-            EXPECT_EQ(box.Kind(), "dialog");
-            testdoor::DialogBox dialog(box);
-            act(dialog);
-        });
-    }
+    void InDialog(const ACT &act) { Script(Acting(act)); }
+    void InDialogFirst(const ACT &act) { ScriptFirst(Acting(act)); }
     void Click(int id)
     {
         InDialog([id](testdoor::DialogBox &dialog) { dialog.Click(id); });
@@ -102,9 +112,27 @@ protected:
         return names;
     }
 
+    static SCRIPT Acting(const ACT &act)
+    {
+        return [act](testdoor::ModalBox &box) {
+            EXPECT_EQ(box.Kind(), "dialog");
+            testdoor::DialogBox dialog(box);
+            act(dialog);
+        };
+    }
+    void AwaitBox()
+    {
+        testdoor::Script([this](testdoor::ModalBox &box) {
+            SCRIPT script = scripts.front();
+            scripts.pop_front();
+            script(box);
+        });
+    }
+
     TestServices services;
     CatalogTables tables;
     FOLDER folder;
+    std::deque<SCRIPT> scripts;
 };
 
 #endif

@@ -313,7 +313,7 @@ TEST_F(CatalogFile, AFolderInThePlaceOfTheBackupIsInTheWayOfSaving)
     std::filesystem::create_directories(Path(".TvTest.bak/darin"));
     TestSimpleCatalog catalog;
     catalog.Put(second);
-    testdoor::Script([this](testdoor::ModalBox &box) {
+    Script([this](testdoor::ModalBox &box) {
         EXPECT_EQ(box.Text(), GetResString(TEXT_NOT_SAVED));
         EXPECT_EQ(GetFile(".TvTest.zec"), FileOf(first));
         box.Answer(WIN_ID_RETRY);
@@ -384,7 +384,7 @@ TEST_F(FullDisk, ARetriedSaveSucceedsOnceThereIsRoom)
     TestSimpleCatalog catalog;
     catalog.Put(second);
     AnswerRetry();
-    testdoor::Script([this](testdoor::ModalBox &box) {
+    Script([this](testdoor::ModalBox &box) {
         EXPECT_EQ(MemList(), std::vector<std::string>{"/mem/Katalogy/.TvTest.bak"});
         MemLimit(-1);
         box.Answer(WIN_ID_RETRY);
