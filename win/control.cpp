@@ -130,7 +130,7 @@ void SetControlText(HWND control, const char *text)
         frame->setTitle(Shown(text));
 }
 
-TControl::TControl(TDialog *aDialog, int resId) : TWindow(aDialog), dialog(aDialog), id(resId)
+TControl::TControl(TDialog *dialog, int resId) : TWindow(dialog), controlDialog(dialog), controlId(resId)
 {
     ASSERT(dialog != NULL);
     dialog->controls.push_back(this);
@@ -138,7 +138,7 @@ TControl::TControl(TDialog *aDialog, int resId) : TWindow(aDialog), dialog(aDial
 
 TControl::~TControl()
 {
-    std::erase(dialog->controls, this);
+    std::erase(controlDialog->controls, this);
 }
 
 void TControl::EnableWindow(bool on)

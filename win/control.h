@@ -68,8 +68,8 @@ public:
     TControl(TDialog *dialog, int resId);
     ~TControl() override;
 
-    TDialog *Dialog() const { return dialog; }
-    int Id() const { return id; }
+    TDialog *Dialog() const { return controlDialog; }
+    int Id() const { return controlId; }
     unsigned Style() const { return WindowStyle(GetHandle()); }
     void EnableWindow(bool on);
     bool IsWindowEnabled() const;
@@ -101,8 +101,8 @@ protected:
 
 private:
     friend class TDialog;
-    TDialog *dialog; // view
-    int id;
+    TDialog *controlDialog; // view
+    int controlId;
 };
 
 /// An edit field, of one line or of many. Lines of a long text are parted by CR LF, whatever came in.

@@ -7,8 +7,8 @@
 
 #include "lib/xon.h"
 
-TEdit::TEdit(TDialog *aDialog, int resId, int aTextLimit, TValidator *aValidator)
-    : TControl(aDialog, resId), textLimit(aTextLimit), validator(aValidator)
+TEdit::TEdit(TDialog *dialog, int resId, int aTextLimit, TValidator *aValidator)
+    : TControl(dialog, resId), textLimit(aTextLimit), validator(aValidator)
 {
 }
 

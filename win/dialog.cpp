@@ -510,7 +510,7 @@ void TDialog::Build()
         dialog->MakeShell(*resource);
         dialog->MakeControls(*resource); __test;
         for (TControl *control : controls) {
-            HWND item = Item(control->id);
+            HWND item = Item(control->Id());
             ASSERT(item != NULL);
             control->AdoptWidget(item);
         }
