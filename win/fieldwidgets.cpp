@@ -200,19 +200,6 @@ private:
     const TValidator *rules = NULL; // view
 };
 
-/// The toolkit's menu, with its paste going through our door.
-template <class FIELD>
-void ShowFieldMenu(FIELD *field, QContextMenuEvent *event, QMenu *menu, std::function<void()> paste)
-{
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    if (auto *action = menu->template findChild<QAction *>("edit-paste")) {
-        QObject::disconnect(action, &QAction::triggered, NULL, NULL);
-        QObject::connect(action, &QAction::triggered, field, std::move(paste));
-    }
-    menu->popup(event->globalPos());
-    event->accept();
-}
-
 class TLineField : public QLineEdit, public TField
 {
 public:
@@ -295,10 +282,20 @@ protected:
         event->setAccepted(checked.isAccepted());
     }
 
+    /// The toolkit's menu, with its paste going through our door.
     void contextMenuEvent(QContextMenuEvent *event) override
     {
-        if (QMenu *menu = createStandardContextMenu())
-            ShowFieldMenu(this, event, menu, [this] { TakeClipboard(QClipboard::Clipboard); });
+        QMenu *menu = createStandardContextMenu();
+        menu->setAttribute(Qt::WA_DeleteOnClose);
+        const QList<QAction *> actions = menu->actions();
+        for (QAction *action : actions) {
+            if (action->text().section(u'\t', 0, 0) != QLineEdit::tr("&Paste"))
+                continue;
+            disconnect(action, &QAction::triggered, NULL, NULL);
+            connect(action, &QAction::triggered, this, [this] { TakeClipboard(QClipboard::Clipboard); });
+        }
+        menu->popup(event->globalPos());
+        event->accept();
     }
 
     void mouseReleaseEvent(QMouseEvent *event) override

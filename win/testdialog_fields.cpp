@@ -38,6 +38,12 @@ QWidget *DropTarget(QWidget *field)
     return memo ? memo->viewport() : field;
 }
 
+/// Without its key.
+std::string Label(const QAction &action)
+{
+    return FromUtf8(action.text().section(u'\t', 0, 0).toUtf8().constData());
+}
+
 /// Opens the field's menu, as the key for it does, hands it over and closes it.
 template <class USER>
 void WithMenu(QWidget *field, USER use)
@@ -72,7 +78,7 @@ void DialogBox::PasteByMenu(int id, const std::string &utf8)
     WithMenu(FindWidget(dialog, id), [](QMenu &menu) {
         const QList<QAction *> actions = menu.actions();
         for (QAction *action : actions)
-            if (action->objectName() == QLatin1String("edit-paste") && action->isEnabled())
+            if (Label(*action) == "&Einf\374gen" && action->isEnabled())
                 action->trigger();
     });
 }
@@ -84,7 +90,7 @@ std::vector<std::string> DialogBox::FieldMenu(int id)
         const QList<QAction *> actions = menu.actions();
         for (const QAction *action : actions)
             if (!action->isSeparator())
-                texts.push_back(FromUtf8(action->text().section(u'\t', 0, 0).toUtf8().constData()));
+                texts.push_back(Label(*action));
     });
     return texts;
 }
