@@ -207,10 +207,10 @@ void SendCharacter(QWidget *dialog, char32_t code)
     SendKey(dialog, key, Qt::NoModifier, text);
 }
 
-/// What a key types; nothing together with Ctrl or Alt.
+/// What a key types; nothing together with Ctrl.
 QString TextOf(QKeyCombination key)
 {
-    if (key.keyboardModifiers() & (Qt::ControlModifier | Qt::AltModifier))
+    if (key.keyboardModifiers().testFlag(Qt::ControlModifier))
         return {};
     switch (key.key()) {
     case Qt::Key_Return:
@@ -258,7 +258,7 @@ QPoint PlaceOf(QAbstractItemView *list, int entry)
     return list->viewport()->mapTo(list->window(), list->visualRect(index).center());
 }
 
-QAbstractItemView *DroppedList(TNativeWidget *dialog, int id)
+QAbstractItemView *OpenList(TNativeWidget *dialog, int id)
 {
     QComboBox *combo = Combo(dialog, id);
     if (!combo->view()->isVisible())
@@ -348,20 +348,20 @@ void DialogBox::Drop(int id)
 
 void DialogBox::PointAt(int id, int entry)
 {
-    QAbstractItemView *list = DroppedList(dialog, id);
+    QAbstractItemView *list = OpenList(dialog, id);
     SendMouse(list->window(), QEvent::MouseMove, PlaceOf(list, entry));
 }
 
 void DialogBox::ClickDropped(int id, int entry)
 {
-    QAbstractItemView *list = DroppedList(dialog, id);
+    QAbstractItemView *list = OpenList(dialog, id);
     ClickAt(list->window(), PlaceOf(list, entry));
 }
 
 /// The open list gets what is clicked anywhere, as it holds the mouse.
 void DialogBox::ClickBeside(int id)
 {
-    QWidget *popup = DroppedList(dialog, id)->window();
+    QWidget *popup = OpenList(dialog, id)->window();
     ClickAt(popup, popup->mapFromGlobal(ToWidget(dialog)->mapToGlobal(FreePlace(ToWidget(dialog)))));
 }
 
@@ -445,11 +445,16 @@ std::string DialogBox::Tip(int id) const
     return Held(Control(dialog, id)->toolTip());
 }
 
-/// What a screen reader says.
+/// What a screen reader says: its label, where it has one; by name a drop-down list is called as its entry.
 std::string DialogBox::AccessibleName(int id) const
 {
     QAccessibleInterface *face = QAccessible::queryAccessibleInterface(Control(dialog, id));
-    return face ? Held(face->text(QAccessible::Name)) : std::string();
+    if (!face)
+        return {};
+    if (face->role() == QAccessible::ComboBox)
+        for (const auto &relation : face->relations(QAccessible::Label))
+            return Held(relation.first->text(QAccessible::Name));
+    return Held(face->text(QAccessible::Name));
 }
 
 std::string DialogBox::Caption() const
