@@ -443,7 +443,6 @@ public:
     /// The focus goes to the neighbour in the order of adding, round the end, and clicks it where it is off.
     /// Those that are disabled or hidden are passed by. From NULL: to the one added first, or last.
     void Step(TEdcCheckBox *from, bool forward);
-    void SetupWindow() override;
     int Transfer(void *field, int direction) override;
     void EvNotify(int code) override;
 

@@ -322,12 +322,6 @@ void TEdcRadioGroup::Clicked(TEdcCheckBox *ck)
     TEdcCheckGroup::Clicked(ck);
 }
 
-void TEdcRadioGroup::SetupWindow()
-{
-    TEdcCheckGroup::SetupWindow();
-    SetTabStop(first && !Chosen());
-}
-
 int TEdcRadioGroup::Transfer(void *field, int direction)
 {
     return TransferNumber(*this, value, *static_cast<TEdcInt *>(field), direction);

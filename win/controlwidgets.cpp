@@ -187,10 +187,16 @@ public:
 protected:
     bool event(QEvent *event) override
     {
-        if (event->type() != QEvent::Shortcut)
+        switch (event->type()) {
+        case QEvent::Shortcut:
+            FocusWithin();
+            return true;
+        case QEvent::KeyPress:
+        case QEvent::KeyRelease:
+            return QWidget::event(event); // the toolkit's frame keeps the blank for a mark of its own
+        default:
             return QGroupBox::event(event);
-        FocusWithin();
-        return true;
+        }
     }
 
     void focusInEvent(QFocusEvent *event) override
@@ -418,7 +424,7 @@ QWidget *MakeWidget(const ResCONTROL &line, QWidget *parent, TControlSite &site)
 
 QSize ButtonExtent(const QAbstractButton *button, QStyle::SubElement contents)
 {
-    QSize text = TextSize(button, button->text());
+    QSize text = button->fontMetrics().size(0, Bare(button->text())); // broken where it has a line break
     if (!button->icon().isNull()) {
         int gap = text.width() > 0 ? ICON_GAP : 0;
         text = QSize(text.width() + gap + button->iconSize().width(),
