@@ -135,6 +135,7 @@ TApplication::Impl::Impl(TApplication &anOwner, int &argc, char **argv)
     // The toolkit would keep a file of its own about its dialogs; below this there can be none.
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("/dev/null"));
     QApplication::setStyle("fusion");
+    QApplication::setQuitOnLastWindowClosed(false); // but with the main window, which says so itself
     QApplication::setApplicationName(QString::fromStdString(owner.Name()));
     if (dialogs.load("qtbase_de", QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         QApplication::installTranslator(&dialogs);

@@ -73,6 +73,10 @@ void SetControlPicture(HWND control, int pictureId);
 /// Whether Tab stops there; the style tells it from now on.
 void SetControlTabStop(HWND control, bool on);
 
+/// Tells screen readers the text of a label as the name of the field that it leads to, if it is the label that
+/// names it. For the dialog, and for whoever changes a label's text.
+void NameBuddy(HWND label);
+
 /// The least extent in the toolkit's units at which nothing of the widget's text or picture is cut, lines
 /// broken at the present width where its kind breaks lines.
 TSize NeededExtent(HWND control);

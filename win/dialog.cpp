@@ -14,8 +14,7 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QEventLoop>
-#include <QFontMetricsF>
-#include <QGroupBox>
+#include <QFontMetrics>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -34,8 +33,9 @@
 
 namespace
 {
-enum { RETRY_TIME = 20 }; // ms between two looks whether a repair section has ended
-enum { FONT_SIZE = 9 };   // points
+enum { RETRY_TIME = 20 };           // ms between two looks whether a repair section has ended
+enum { FONT_SIZE = 9 };             // points
+constexpr char NAMING[] = "naming"; // property of a label that names the field it leads to
 
 QWidget *ToWidget(HWND window)
 {
@@ -54,10 +54,10 @@ class Units
 public:
     explicit Units(const QFont &font)
     {
-        QFontMetricsF metrics(font);
+        QFontMetrics metrics(font);
         QString letters = QStringLiteral("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz");
         x = metrics.horizontalAdvance(letters) / static_cast<double>(letters.size()) / 4;
-        y = metrics.height() / 8;
+        y = metrics.height() / 8.0;
     }
     int Across(int units) const { return static_cast<int>(std::lround(units * x)); }
     int Down(int units) const { return static_cast<int>(std::lround(units * y)); }
@@ -76,6 +76,12 @@ private:
 bool CanTakeFocus(ResCONTROLKIND kind)
 {
     return kind != RES_LABEL && kind != RES_PICTURE && kind != RES_FRAME;
+}
+
+/// What has no text of its own that says what it is for.
+bool IsField(ResCONTROLKIND kind)
+{
+    return kind >= RES_EDIT && kind <= RES_LIST;
 }
 
 bool IsButtonOf(HWND control, unsigned kind)
@@ -110,6 +116,15 @@ void ClickWithMouse(QWidget &widget)
 }
 } // namespace
 
+void NameBuddy(HWND label)
+{
+    auto *shown = qobject_cast<QLabel *>(ToWidget(label));
+    if (!shown || !shown->buddy() || !shown->property(NAMING).toBool())
+        return;
+    QString spoken = shown->text().replace(QLatin1String("&&"), QLatin1String("\n"));
+    shown->buddy()->setAccessibleName(spoken.remove(u'&').replace(u'\n', u'&'));
+}
+
 /// A dialog's window and what becomes of its messages. The shell keeps it alive as long as there are widgets
 /// that can report something; by then the object may be gone.
 struct TDialog::DialogImpl : public TControlSite, public std::enable_shared_from_this<DialogImpl> {
@@ -119,7 +134,6 @@ struct TDialog::DialogImpl : public TControlSite, public std::enable_shared_from
     explicit DialogImpl(TDialog &anOwner) : owner(&anOwner) {}
     void MakeShell(const ResDIALOG &resource);
     void MakeControls(const ResDIALOG &resource);
-    HWND MakeLine(const ResCONTROL &line, const Units &units);
     void NameBuddies(const ResDIALOG &resource);
     void ChooseDefault();
     void OrderTabs();
@@ -134,6 +148,7 @@ struct TDialog::DialogImpl : public TControlSite, public std::enable_shared_from
     void PostDelivery(int delay);
     void DeliverNotice();
     void Leave();
+    void LetGo();
     bool IsUp() const { return owner && !ended; }
     template <class MESSAGE>
     void Send(MESSAGE message);
@@ -255,12 +270,19 @@ void TDialog::DialogImpl::Leave()
     if (!ended) {
         if (!notices.empty())
             PostDelivery(0);
-    } else if (!owner->modal) {
-        TDialog *dialog = owner;
-        dialog->TakeDown();
-        if (dialog->autoDelete)
-            TApplication::Current()->Condemn(dialog);
+    } else if (!owner->modal) { // else whoever waits for it takes it down
+        LetGo();
     }
+}
+
+/// The object lets go of the window, and goes itself where it was told to.
+void TDialog::DialogImpl::LetGo()
+{
+    TDialog *dialog = owner;
+    bool alone = dialog->autoDelete && !dialog->modal;
+    dialog->TakeDown();
+    if (alone)
+        TApplication::Current()->Condemn(dialog);
 }
 
 void TDialog::DialogImpl::Report(HWND control, int code)
@@ -278,32 +300,13 @@ void TDialog::DialogImpl::MakeShell(const ResDIALOG &resource)
     shell->setFixedSize(units.Across(resource.width), units.Down(resource.height));
 }
 
-HWND TDialog::DialogImpl::MakeLine(const ResCONTROL &from, const Units &units)
-{
-    HWND made = NULL;
-    __enter
-        made = MakeControl(from, FromWidget(shell), *this); __test;
-        QWidget *widget = ToWidget(made);
-        widget->setGeometry(units.Place(from));
-        if (from.kind == RES_FRAME)
-            widget->lower(); // the mouse must reach what stands within it
-        if (from.style & RES_HIDDEN)
-            widget->hide();
-        if (from.style & RES_GREY)
-            widget->setEnabled(false);
-        if (from.style & RES_NOTAB)
-            SetControlTabStop(made, false);
-    __point
-    __treat
-    return made;
-}
-
 void TDialog::DialogImpl::MakeControls(const ResDIALOG &resource)
 {
     __enter
         Units units(shell->font());
         for (int i = 0; i < resource.count; ++i) {
-            HWND made = MakeLine(resource.controls[i], units); __test;
+            HWND made = MakeControl(resource.controls[i], FromWidget(shell), *this); __test;
+            ToWidget(made)->setGeometry(units.Place(resource.controls[i]));
             lines.push_back(ToWidget(made));
         }
         NameBuddies(resource);
@@ -313,17 +316,26 @@ void TDialog::DialogImpl::MakeControls(const ResDIALOG &resource)
     __treat
 }
 
-/// A label leads to the next line that can take the focus; screen readers name that line after it.
+/// A label leads to the next line that can take the focus. Of several the nearest one names it;
+/// a unit that stands between says nothing about it.
 void TDialog::DialogImpl::NameBuddies(const ResDIALOG &resource)
 {
     QWidget *field = NULL; // the nearest behind the present line
+    bool named = true;     // by a label
     for (int i = resource.count - 1; i >= 0; --i) {
         QWidget *widget = lines[static_cast<size_t>(i)];
-        if (CanTakeFocus(resource.controls[i].kind))
+        if (CanTakeFocus(resource.controls[i].kind)) {
             field = widget;
+            named = !IsField(resource.controls[i].kind); // others speak for themselves
+        }
         auto *label = qobject_cast<QLabel *>(widget);
-        if (label && resource.controls[i].kind == RES_LABEL && field)
+        if (!label || !field)
+            continue;
+        bool naming = !std::exchange(named, true);
+        if (naming || label->text().contains(u'&'))
             label->setBuddy(field);
+        label->setProperty(NAMING, naming);
+        NameBuddy(FromWidget(label));
     }
 }
 
@@ -401,8 +413,8 @@ void TDialog::DialogImpl::End(int aResult)
 void TDialog::DialogImpl::ShellGone()
 {
     shell = NULL;
-    if (IsUp())
-        End(WIN_ID_CANCEL);
+    if (owner)
+        GuardedCall([this] { LetGo(); });
 }
 
 /// Return in the dialog: a push button with the focus, else the default button, else what the dialog makes of
@@ -488,13 +500,15 @@ int TDialog::Execute()
 
 void TDialog::Create()
 {
-    if (IsCreated())
+    if (IsCreated() || xDepth != 0)
         return;
+    std::shared_ptr<DialogImpl> up; // as in Execute
     __enter
         modal = false;
         Build(); __test;
+        up = dialog;
         SetupWindow(); __test;
-        dialog->Open();
+        up->Open();
     __point
         TakeDown();
     __treat
