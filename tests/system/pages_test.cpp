@@ -2,17 +2,16 @@
 // at pixel by pixel and read back from its PDF. Runs without a screen at several display scales, and on one.
 #include "lib/platform.h"
 #include "lib/xfail.h"
-#include "res/tables.h"
 #include "support/folder.h"
 #include "support/pagedoc.h"
 #include "support/pdftext.h"
+#include "support/programtables.h"
 #include "support/testapp.h"
 #include "usr/edcapp.h"
 #include "usr/edcutils.h"
 #include "win/boxes.h"
 #include "win/dc.h"
 #include "win/frame.h"
-#include "win/resources.h"
 #include "win/testdialog.h"
 
 #include <gtest/gtest.h>
@@ -35,9 +34,6 @@ enum Command {
 };
 enum { ZOOM_BOX = 100 }; // of the zoom dialog
 
-const ResTABLES tables = {resMenus,    resMenuCount,    resAccels,  resAccelCount,
-                          resPictures, resPictureCount, resDialogs, resDialogCount};
-
 std::string reported; // what the message sink was told
 
 class Pages : public testing::Test
@@ -47,7 +43,6 @@ protected:
     {
         TestApplication();
         EdcUseResources();
-        SetResourceTables(&tables);
         SetMessageSink([](const char *text, bool) { reported = text; });
         SetFailureHook(EdcFailureHook);
         reported.clear();
@@ -68,7 +63,6 @@ protected:
         SetFailureHook(NULL);
         SetMessageSink(NULL);
         SetResTextSink(NULL);
-        SetResourceTables(NULL);
     }
 
     /// What is on the screen is what a fresh paint of everything shows.
@@ -103,6 +97,7 @@ protected:
         testdoor::ChooseMenu(frame, command);
         testdoor::Settle();
     }
+    ProgramTables tables;
     TPageDoc doc;
     TDecoratedFrame frame;
     FOLDER folder;

@@ -1,8 +1,8 @@
 #include "lib/platform.h"
 #include "support/child.h"
 #include "support/folder.h"
+#include "support/programtables.h"
 #include "support/testblock.h"
-#include "support/testdialog.h"
 #include "usr/edcutils.h"
 #include "win/boxes.h"
 #include "win/testdialog.h"
@@ -426,7 +426,7 @@ protected:
         return shown;
     }
 
-    DialogTables tables;
+    ProgramTables tables;
 };
 
 TEST_F(Zoomed, TheDialogOffersThePresetsAndShowsWhatApplies)

@@ -1,12 +1,18 @@
-// The zoom of a view: presets, the free percentage, bounds, and what the dialog makes of an answer.
+// The zoom of a view: presets, the free percentage, bounds, and the dialog that asks for it.
+#include "lib/xfail.h"
 #include "support/child.h"
+#include "support/programtables.h"
 #include "support/recorddc.h"
+#include "support/testapp.h"
 #include "usr/edcbase1.h"
 #include "usr/edcutils.h"
+#include "win/boxes.h"
+#include "win/testdialog.h"
 
 #include <climits>
 #include <cmath>
 #include <cstring>
+#include <functional>
 #include <gtest/gtest.h>
 #include <string>
 
@@ -364,5 +370,253 @@ TEST(TEdcZoomChoice, ShowsTheLimitedPercentageTheNextTime)
         TEdcZoomChoice choice;
         choice.Load(zoom);
         EXPECT_EQ(choice.text, "800%") << text;
+    }
+}
+
+namespace
+{
+enum { BOX = 100, OK = WIN_ID_OK, CANCEL = WIN_ID_CANCEL };
+using User = std::function<void(testdoor::DialogBox &)>;
+
+/// A view of two presets, 87 and 120 percent, the second chosen, and a user at its dialog.
+class ZoomDialog : public testing::Test
+{
+protected:
+    ZoomDialog()
+    {
+        TestApplication();
+        testdoor::PendingScripts();
+        testdoor::UnexpectedBoxes();
+        zoom.Add(87, WINDOW);
+        zoom.Add(120, STANDARD);
+        zoom.SetPreset(1);
+    }
+    ~ZoomDialog() override
+    {
+        EXPECT_EQ(testdoor::PendingScripts(), 0);
+        EXPECT_EQ(testdoor::UnexpectedBoxes(), 0) << "the user left the dialog open";
+    }
+
+    /// The dialog's result; an answer goes to the zoom.
+    int Ask(const User &user)
+    {
+        testdoor::Script([&](testdoor::ModalBox &box) {
+            testdoor::DialogBox dialog(box);
+            user(dialog);
+        });
+        choice.Load(zoom);
+        TEdcZoomDialog dialog(NULL, choice);
+        int answer = dialog.Execute();
+        EXPECT_STREQ(xCode, XNULL);
+        if (answer == WIN_ID_OK)
+            choice.Store(zoom);
+        return answer;
+    }
+
+    ProgramTables tables;
+    TEdcZoom zoom;
+    TEdcZoomChoice choice;
+};
+
+const char *const standard = "standardm\xE4\xDFig (120%)";
+} // namespace
+
+TEST_F(ZoomDialog, OpensWithTheChosenPresetReadyToBeTypedOver)
+{
+    Ask([](testdoor::DialogBox &dialog) {
+        EXPECT_EQ(dialog.Caption(), "Vergr\xF6\xDF"
+                                    "erung");
+        EXPECT_EQ(dialog.AccessibleName(BOX), dialog.Caption());
+        EXPECT_EQ(dialog.Entries(BOX), (std::vector<std::string>{"ins Fenster (87%)", standard}));
+        EXPECT_EQ(dialog.Selected(BOX), 1);
+        EXPECT_EQ(dialog.Text(BOX), standard);
+        EXPECT_EQ(dialog.Focus(), BOX);
+        EXPECT_EQ(dialog.SelectedText(BOX), standard);
+        EXPECT_EQ(dialog.Text(OK) + " " + dialog.Text(CANCEL), "OK Abbrechen");
+        dialog.TypeKeys("55");
+        dialog.Press("Return");
+    });
+    EXPECT_EQ(zoom.presetIndex, -1);
+    EXPECT_EQ(zoom.custom, 55);
+}
+
+TEST_F(ZoomDialog, OpensWithTheFreePercentageWhereNoPresetApplies)
+{
+    zoom.SetCustom(75);
+    EXPECT_EQ(Ask([](testdoor::DialogBox &dialog) {
+                  EXPECT_EQ(dialog.Selected(BOX), -1);
+                  EXPECT_EQ(dialog.Text(BOX), "75%");
+                  EXPECT_EQ(dialog.SelectedText(BOX), "75%");
+                  dialog.Click(OK);
+              }),
+              WIN_ID_OK);
+    EXPECT_EQ(zoom.presetIndex, -1);
+    EXPECT_EQ(zoom.custom, 75);
+}
+
+TEST_F(ZoomDialog, ConfirmedAsItStandsKeepsThePreset)
+{
+    EXPECT_EQ(Ask([](testdoor::DialogBox &dialog) { dialog.Press("Return"); }), WIN_ID_OK);
+    EXPECT_EQ(zoom.presetIndex, 1);
+    EXPECT_EQ(zoom.custom, 100);
+}
+
+TEST_F(ZoomDialog, TakesWhatIsTypedAsAPercentage)
+{
+    const struct {
+        std::string typed; // UTF-8
+        int custom;
+    } rows[] = {
+        {"150%", 150},
+        {"150", 150},
+        {" 42 %", 42},
+        {"abc", 100},
+        {"", 100},
+        {"0", 100},
+        {"-5", 100},
+        {"1e400", 1},
+        {"nan", 100},
+        {"inf", 100},
+        {"1,5", 1},
+        {"standardmäßig (120%)", 100}, // typed, not chosen
+        {std::string(300, '9'), INT_MAX},
+        {"7" + std::string(299, ' '), 7},
+        {"1Ω2", 12}, // cannot be typed
+    };
+    for (const auto &row : rows) {
+        zoom.SetPreset(1);
+        size_t length = 0;
+        EXPECT_EQ(Ask([&](testdoor::DialogBox &dialog) {
+                      dialog.Type(BOX, row.typed);
+                      length = dialog.Text(BOX).size();
+                      EXPECT_EQ(dialog.Selected(BOX), -1) << row.typed;
+                      dialog.Click(OK);
+                  }),
+                  WIN_ID_OK);
+        EXPECT_EQ(zoom.presetIndex, -1) << row.typed;
+        EXPECT_EQ(zoom.custom, row.custom) << row.typed;
+        EXPECT_LE(length, 255u) << row.typed;
+    }
+}
+
+TEST_F(ZoomDialog, TakesAPastedLineBreakAsABlank)
+{
+    Ask([](testdoor::DialogBox &dialog) {
+        dialog.Paste(BOX, "64\n0");
+        EXPECT_EQ(dialog.Text(BOX), "64 0");
+        dialog.Click(OK);
+    });
+    EXPECT_EQ(zoom.custom, 64);
+}
+
+TEST_F(ZoomDialog, TakesAPresetByMouse)
+{
+    EXPECT_EQ(Ask([](testdoor::DialogBox &dialog) {
+                  dialog.Choose(BOX, 0);
+                  EXPECT_EQ(dialog.Text(BOX), "ins Fenster (87%)");
+                  dialog.Click(OK);
+              }),
+              WIN_ID_OK);
+    EXPECT_EQ(zoom.presetIndex, 0);
+}
+
+TEST_F(ZoomDialog, TakesAPresetByKeys)
+{
+    EXPECT_EQ(Ask([](testdoor::DialogBox &dialog) {
+                  dialog.Press("Up");
+                  dialog.Press("Return");
+              }),
+              WIN_ID_OK);
+    EXPECT_EQ(zoom.presetIndex, 0);
+    EXPECT_EQ(Ask([](testdoor::DialogBox &dialog) {
+                  dialog.Drop(BOX);
+                  dialog.Press("Down");
+                  dialog.Press("Return"); // closes the list
+                  EXPECT_FALSE(dialog.IsDropped(BOX));
+                  dialog.Press("Return");
+              }),
+              WIN_ID_OK);
+    EXPECT_EQ(zoom.presetIndex, 1);
+}
+
+TEST_F(ZoomDialog, TakesWhatTheUserDidLast)
+{
+    Ask([](testdoor::DialogBox &dialog) {
+        dialog.Choose(BOX, 0);
+        dialog.Type(BOX, "33");
+        dialog.Click(OK);
+    });
+    EXPECT_EQ(zoom.Percent(), 33);
+    Ask([](testdoor::DialogBox &dialog) {
+        dialog.Type(BOX, "44");
+        dialog.Choose(BOX, 0);
+        dialog.Click(OK);
+    });
+    EXPECT_EQ(zoom.presetIndex, 0);
+    EXPECT_EQ(zoom.custom, 33);
+}
+
+TEST_F(ZoomDialog, LeftWithoutAnAnswerChangesNothing)
+{
+    const User exits[] = {[](testdoor::DialogBox &dialog) { dialog.Press("Esc"); },
+                          [](testdoor::DialogBox &dialog) { dialog.Click(CANCEL); },
+                          [](testdoor::DialogBox &dialog) { dialog.CloseByFrame(); }};
+    for (const User &leave : exits) {
+        EXPECT_EQ(Ask([&](testdoor::DialogBox &dialog) {
+                      dialog.Type(BOX, "200%");
+                      leave(dialog);
+                  }),
+                  WIN_ID_CANCEL);
+        EXPECT_EQ(choice.selected, 1);
+        EXPECT_EQ(choice.text, standard);
+        EXPECT_EQ(zoom.presetIndex, 1);
+    }
+}
+
+TEST_F(ZoomDialog, IsWalkedByKeysAlone)
+{
+    Ask([](testdoor::DialogBox &dialog) {
+        for (int next : {OK, CANCEL, BOX, OK}) {
+            dialog.Press("Tab");
+            EXPECT_EQ(dialog.Focus(), next);
+        }
+        dialog.Press("Shift+Tab");
+        dialog.Press("Shift+Tab");
+        EXPECT_EQ(dialog.Focus(), CANCEL);
+        dialog.Press("Alt+V");
+        EXPECT_EQ(dialog.Focus(), BOX);
+        dialog.Press("Shift+Tab");
+        dialog.Press("Return"); // on the button that has the focus
+    });
+    EXPECT_EQ(choice.selected, 1);
+}
+
+TEST_F(ZoomDialog, WithoutPresetsStillTakesAPercentage)
+{
+    zoom.Clear();
+    Ask([](testdoor::DialogBox &dialog) {
+        EXPECT_TRUE(dialog.Entries(BOX).empty());
+        EXPECT_EQ(dialog.Text(BOX), "100%");
+        dialog.Press("Down");
+        dialog.Type(BOX, "50");
+        dialog.Press("Return");
+    });
+    EXPECT_EQ(zoom.Percent(), 50);
+}
+
+TEST_F(ZoomDialog, RunsAnyNumberOfTimes)
+{
+    choice.Load(zoom);
+    TEdcZoomDialog dialog(NULL, choice);
+    for (const char *text : {"50", "60%", "70"}) {
+        testdoor::Script([&](testdoor::ModalBox &box) {
+            testdoor::DialogBox shown(box);
+            EXPECT_EQ(shown.Entries(BOX).size(), 2u);
+            shown.Type(BOX, text);
+            shown.Click(OK);
+        });
+        EXPECT_EQ(dialog.Execute(), WIN_ID_OK);
+        EXPECT_EQ(choice.text, text);
+        EXPECT_EQ(choice.selected, -1);
     }
 }
