@@ -81,6 +81,9 @@ void EdcDescribe(TEdcDrawDesc &desc, const AgPOINT *points, int n, const AgPOINT
 void EdcSelectCopy(class TEdcDrawSprite &original, class TEdcDrawSprite &copy);
 /// Applies a step with the sprite's own centre as the pivot.
 void EdcApplyAbout(class TEdcDrawSprite &sprite, TEdcDrawDrag &drag);
+/// Tells the user where the pointer is (m), and what the running drag has come to; `drag` NULL for none.
+void EdcShowPointer(const AgPOINT &point, const TEdcDrawDrag *drag);
+void EdcHidePointer();
 /// Drawn twice it leaves no trace.
 void EdcInvertGhost(TDC &dc, const TPoint *points, int n);
 
@@ -194,6 +197,7 @@ public:
 
     static bool IsDragging() { return dragging; }
     static bool IsCopying() { return dragCopy; }
+    static const TEdcDrawDrag *RunningDrag(); // the focus' last step; NULL while nothing is dragged
 
 protected:
     void MakeHandles(const AgPOINT *points, const TPoint *device, int n);

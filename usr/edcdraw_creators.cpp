@@ -58,6 +58,8 @@ void TEdcDrawLineCreator::LeftDown(TDC &, unsigned, TPoint point)
 
 void TEdcDrawLineCreator::MouseMove(TDC &dc, unsigned keys, TPoint point)
 {
+    if (layer)
+        EdcShowPointer(Snapped(point), NULL);
     if (!layer || leftState != PRESSED || outside)
         return;
     __enter

@@ -20,12 +20,18 @@ struct SHARED {
     TEdcDrawHandle handle; // a copy of the grabbed one: handles are made anew at each layout
     TPoint pivotDev;       // px, what a rotation turns about
     double startAngle = 0; // rad, where the pointer was seen from there
+    TEdcDrawDrag step;     // the focus' last one
 };
 SHARED g;
 } // namespace
 
 bool TEdcDrawSprite::dragging = false;
 bool TEdcDrawSprite::dragCopy = false;
+
+const TEdcDrawDrag *TEdcDrawSprite::RunningDrag()
+{
+    return dragging ? &g.step : NULL;
+}
 
 /// What the focus finds at the start of the gesture.
 void TEdcDrawSprite::ChooseDrag(unsigned mode, TPoint start, TPoint shift)
@@ -60,6 +66,8 @@ bool TEdcDrawSprite::MakeDrag(TEdcDrawDrag &drag, unsigned mode, TPoint start, T
         MakeMove(drag, mode, shift);
     if (g.mode & EDC_DRAWDRAGROTATE)
         MakeTurn(drag, mode, start + shift);
+    if (isFocus)
+        g.step = drag;
     return g.mode != 0;
 }
 

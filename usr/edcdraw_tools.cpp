@@ -41,6 +41,9 @@ void TEdcDrawSelector::MouseMove(TDC &dc, unsigned keys, TPoint point)
         TEdcSpriteSelector::MouseMove(dc, keys, point); __test;
         if (activeNow && hasCopy)
             AppDocument()->SetCursor(TEdcDrawSprite::IsCopying() ? cursorCopy : cursor);
+        if (layer)
+            EdcShowPointer(static_cast<TEdcDrawLayer *>(layer)->Axes()->ToModel(point),
+                           TEdcDrawSprite::RunningDrag()); __test;
     __point
     __treat
 }
@@ -50,6 +53,7 @@ void EdcSwapCursor(bool on, bool &active, const TCursor &cursor, TCursor &saved)
     if (on == active)
         return;
     active = on;
+    EdcHidePointer();
     if (on)
         saved = AppDocument()->SetCursor(cursor);
     else
@@ -97,6 +101,8 @@ void TEdcDrawAligner::LeftDown(TDC &, unsigned, TPoint point)
 
 void TEdcDrawAligner::MouseMove(TDC &dc, unsigned keys, TPoint point)
 {
+    if (layer)
+        EdcShowPointer(Axes().ToModel(point), NULL);
     if (!layer || leftState != PRESSED || outside)
         return;
     TPoint v = point - start;
