@@ -92,11 +92,14 @@ void TEdcDocument::EvMouseMove(unsigned keys, TPoint point)
         MouseMessage(&TEdcDocument::MouseMove, keys, point);
 }
 
+/// What is still to be painted, say because the press gave the window the focus, is painted before a tool draws
+/// over it: painting in the middle of a gesture would take away half of what the tool takes back later.
 void TEdcDocument::LeftDown(unsigned keys, TPoint point)
 {
     __enter
         leftDown = BUTTON_DOWN;
         if (openedBlk) {
+            UpdateWindow();
             CallTool(TOOL_LEFT_DOWN, keys, point); __test;
         } else if (!autoScroll) {
             SelectBlock(HitTest(point)); __test;
@@ -137,6 +140,8 @@ void TEdcDocument::RightDown(unsigned keys, TPoint point)
 {
     __enter
         rightDown = BUTTON_DOWN;
+        if (openedBlk)
+            UpdateWindow();
         CallTool(TOOL_RIGHT_DOWN, keys, point); __test;
         if (leftDown == BUTTON_UP)
             PressCapture();

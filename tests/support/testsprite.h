@@ -52,14 +52,14 @@ public:
     const std::string name;
     TRect place; // px
     SpriteLog &log;
-    bool draws = true; // else it only logs
+    bool draws = true;  // else it only logs
+    bool drags = false; // takes part in a drag
 
 private:
     void Step(const char *what, unsigned mode, TPoint start, TPoint shift);
     void Ghost(TDC &dc) const;
     void Drop(unsigned mode);
 
-    bool drags = false; // takes part in a drag
     bool hidden = false;
     TPoint offset; // px, of the drag
 };
