@@ -111,6 +111,27 @@ const GESTURE gestures[] = {
     {"Enter in a field", [](testdoor::DialogBox &d) { d.Press("Enter"); }, "button 1"},
     {"Esc in a field", [](testdoor::DialogBox &d) { d.Press("Esc"); }, "button 2"},
     {"OK is clicked", [](testdoor::DialogBox &d) { d.Click(WIN_ID_OK); }, "button 1"},
+    {"Return on the OK button",
+     [](testdoor::DialogBox &d) {
+         d.Press("Shift+Tab");
+         d.Press("Shift+Tab");
+         d.Press("Return");
+     },
+     "button 1"},
+    {"space on the OK button",
+     [](testdoor::DialogBox &d) {
+         d.Press("Shift+Tab");
+         d.Press("Shift+Tab");
+         d.Press("Space");
+     },
+     "button 1"},
+    {"Return in a box",
+     [](testdoor::DialogBox &d) {
+         d.Press("Tab");
+         d.Press("Tab");
+         d.Press("Return");
+     },
+     "button 1"},
     {"cancel is clicked", [](testdoor::DialogBox &d) { d.Click(WIN_ID_CANCEL); }, "button 2"},
     {"Return on the cancel button",
      [](testdoor::DialogBox &d) {
@@ -192,6 +213,7 @@ TEST_F(Dialogs, EndWithTheResultOfWhatClosedThem)
         const char *calls;
     } rows[] = {
         {"OK", [](testdoor::DialogBox &d) { d.Click(WIN_ID_OK); }, WIN_ID_OK, "opened, button 1"},
+        {"OK twice", [](testdoor::DialogBox &d) { d.DoubleClick(WIN_ID_OK); }, WIN_ID_OK, "opened, button 1"},
         {"Return", [](testdoor::DialogBox &d) { d.Press("Return"); }, WIN_ID_OK, "opened, button 1"},
         {"cancel", [](testdoor::DialogBox &d) { d.Click(WIN_ID_CANCEL); }, WIN_ID_CANCEL, "opened, button 2"},
         {"Esc", [](testdoor::DialogBox &d) { d.Press("Esc"); }, WIN_ID_CANCEL, "opened, button 2"},
