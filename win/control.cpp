@@ -124,9 +124,10 @@ void SetControlText(HWND control, const char *text)
         field->SetText(text);
     else if (auto *button = qobject_cast<QAbstractButton *>(widget))
         button->setText(Shown(text));
-    else if (auto *label = qobject_cast<QLabel *>(widget))
+    else if (auto *label = qobject_cast<QLabel *>(widget)) {
         label->setText(Shown(text));
-    else if (auto *frame = qobject_cast<QGroupBox *>(widget))
+        NameBuddy(control);
+    } else if (auto *frame = qobject_cast<QGroupBox *>(widget))
         frame->setTitle(Shown(text));
 }
 

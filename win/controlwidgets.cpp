@@ -72,9 +72,10 @@ public:
     QSize Needed() const
     {
         QStringList lines = Lines();
+        std::vector<int> columns = Columns(lines);
         int widest = 0;
         for (const QString &line : lines)
-            widest = std::max(widest, Walk(line, [](int, const QString &) {}));
+            widest = std::max(widest, WidthOf(CellsOf(line), columns));
         return {widest, static_cast<int>(lines.size()) * fontMetrics().lineSpacing()};
     }
 
@@ -82,36 +83,83 @@ protected:
     void paintEvent(QPaintEvent *) override
     {
         QPainter painter(this);
+        QStringList lines = Lines();
+        std::vector<int> columns = Columns(lines);
         int y = 0;
-        for (const QString &line : Lines()) {
-            int rest = width() - Walk(line, [](int, const QString &) {});
-            int left = side == Qt::AlignRight ? rest : side == Qt::AlignHCenter ? rest / 2 : 0;
-            Walk(line, [&](int x, const QString &piece) {
-                QRect place(left + x, y, std::max(0, width() - left - x), fontMetrics().height());
-                style()->drawItemText(&painter, place,
-                                      Qt::AlignLeft | Qt::AlignTop | Qt::TextSingleLine | Qt::TextShowMnemonic |
-                                          Qt::TextDontClip,
-                                      palette(), isEnabled(), piece, foregroundRole());
-            });
+        for (const QString &line : lines) {
+            PaintLine(painter, y, CellsOf(line), columns);
             y += fontMetrics().lineSpacing();
         }
     }
 
 private:
-    /// Hands out the pieces of a line between tabs with their places. @return the line's width
-    template <class TAKER>
-    int Walk(const QString &line, TAKER take) const
+    /// What stands between the tabs of a line.
+    struct TCell {
+        int tabs; // in front of it
+        QString text;
+    };
+
+    static std::vector<TCell> CellsOf(const QString &line)
     {
-        int stop = TAB_WIDTH * fontMetrics().averageCharWidth();
-        int x = 0;
-        const QStringList pieces = line.split(u'\t');
-        for (qsizetype i = 0; i < pieces.size(); ++i) {
-            if (i > 0)
-                x = (x / stop + 1) * stop;
-            take(x, pieces[i]);
-            x += fontMetrics().horizontalAdvance(Bare(pieces[i]));
+        std::vector<TCell> cells = {{0, QString()}};
+        for (QChar c : line) {
+            if (c != u'\t')
+                cells.back().text += c;
+            else if (cells.back().text.isEmpty() && cells.size() > 1)
+                ++cells.back().tabs;
+            else
+                cells.push_back({1, QString()});
         }
-        return x;
+        return cells;
+    }
+
+    int WidthOf(const TCell &cell) const { return fontMetrics().horizontalAdvance(Bare(cell.text)); }
+
+    int WidthOf(const std::vector<TCell> &cells, const std::vector<int> &columns) const
+    {
+        return columns[cells.size() - 1] + WidthOf(cells.back());
+    }
+
+    /// Where the columns begin: a tab leads to the next stop, and a column stands for all lines where it stands
+    /// farthest to the right, so that its entries stand below each other in any font.
+    std::vector<int> Columns(const QStringList &lines) const
+    {
+        std::vector<std::vector<TCell>> rows;
+        for (const QString &line : lines)
+            rows.push_back(CellsOf(line));
+        std::vector<int> columns;
+        for (int start = 0; start >= 0; start = NextColumn(rows, columns))
+            columns.push_back(start);
+        return columns;
+    }
+
+    /// @return below 0 where no line has one
+    int NextColumn(const std::vector<std::vector<TCell>> &rows, const std::vector<int> &columns) const
+    {
+        int stop = std::max(1, TAB_WIDTH * fontMetrics().averageCharWidth());
+        size_t next = columns.size();
+        int start = -1;
+        for (const std::vector<TCell> &cells : rows) {
+            if (next >= cells.size())
+                continue;
+            int end = columns.back() + WidthOf(cells[next - 1]);
+            start = std::max(start, (end / stop + cells[next].tabs) * stop);
+        }
+        return start;
+    }
+
+    void PaintLine(QPainter &painter, int y, const std::vector<TCell> &cells, const std::vector<int> &columns)
+    {
+        int rest = width() - WidthOf(cells, columns);
+        int left = side == Qt::AlignRight ? rest : side == Qt::AlignHCenter ? rest / 2 : 0;
+        for (size_t i = 0; i < cells.size(); ++i) {
+            int x = left + columns[i];
+            QRect place(x, y, std::max(0, width() - x), fontMetrics().height());
+            int flags = static_cast<int>(Qt::AlignLeft | Qt::AlignTop) | Qt::TextSingleLine |
+                        Qt::TextShowMnemonic | Qt::TextDontClip;
+            style()->drawItemText(&painter, place, flags, palette(), isEnabled(), cells[i].text,
+                                  foregroundRole());
+        }
     }
 
     QStringList Lines() const
@@ -135,9 +183,8 @@ private:
             qsizetype end = blank < 0 ? paragraph.size() : blank + 1;
             QString word = paragraph.mid(from, end - from);
             from = end;
-            bool fits =
-                Walk(line + (blank < 0 ? word : word.chopped(1)), [](int, const QString &) {}) <= width();
-            if (!fits && !line.isEmpty())
+            QString whole = line + (blank < 0 ? word : word.chopped(1));
+            if (WidthOf(CellsOf(whole), Columns({whole})) > width() && !line.isEmpty())
                 lines += std::exchange(line, QString());
             line += word;
         }

@@ -226,6 +226,23 @@ TEST_F(ControlTest, ColumnsOfALabelStandEveryEightAverageCharacters)
     EXPECT_NEAR(PlacedOf(box, C).needed.cx, 2 * first / TestScale(), 8);
 }
 
+TEST_F(ControlTest, ColumnsOfALabelStandBelowEachOther)
+{
+    const char *text = "Wärmewiderst.d.Kleides\t\tI\nEnergieausgabe\t\t\tI\nLuftströmungsgeschwind.\tI\n"
+                       "Rel. Luftfeuchtigkeit\t\tI";
+    auto box = Open({Placed(Line(RES_LABEL, A, text), 2, 2, 200, 40)});
+    Ink all = Written(box, A);
+    int height =
+        all.extent.cy * PlacedOf(box, A).needed.cy / PlacedOf(box, A).rect.Height() / 4; // px, of a line
+    for (int line = 0; line < 4; ++line) {
+        Ink ink = FindInk(box, A, [&, at = 0](TColor c) mutable {
+            int y = at++ / all.extent.cx;
+            return y / height == line && c.red < 128;
+        });
+        EXPECT_NEAR(ink.box.right, all.box.right, 1) << line;
+    }
+}
+
 TEST_F(ControlTest, ALabelStandsAtItsSide)
 {
     auto box = Open({Placed(Line(RES_LABEL, A, "HHH"), 2, 2, 100, 8),
@@ -264,6 +281,16 @@ TEST_F(ControlTest, LinesOfAHigherLabelAreBrokenAtItsWidth)
     EXPECT_GT(Written(box, E).box.Height(), 2 * Written(box, C).box.Height());
     testdoor::Placed word = PlacedOf(box, D);
     EXPECT_GT(word.needed.cx, word.rect.Width()) << "a word is not broken";
+}
+
+TEST_F(ControlTest, AFieldIsNamedAfterItsLabelAlsoWhenThatChanges)
+{
+    Make({Line(RES_LABEL, A, "&Preis [€/m3]"), Line(RES_EDIT, B)});
+    auto *label = new TStatic(dialog.get(), A);
+    auto box = Open();
+    EXPECT_EQ(box.AccessibleName(B), "Preis [\200/m3]");
+    label->SetText("&Preis [\200/kg] && mehr");
+    EXPECT_EQ(box.AccessibleName(B), "Preis [\200/kg] & mehr");
 }
 
 TEST_F(ControlTest, WhatAControlNeedsFollowsItsText)
