@@ -27,9 +27,6 @@ public:
     virtual void SetFileName(const std::string &) {}
     virtual std::string FileName() const { return {}; }
     virtual void SetPages(int /*from*/, int /*to*/) {}
-    virtual void Select(int /*entry*/) {}
-    virtual void Type(const std::string &) {}
-    virtual std::string Typed() const { return {}; }
     virtual int Default() const { return 0; } // the item that stands out
 };
 

@@ -80,14 +80,11 @@ class ModalBox
 public:
     std::string Kind() const;    // "message", "open", "save", "print", "abort", "popup", "dialog"
     std::string Caption() const; // Windows-1252
-    std::string Text() const;    // of a message box; items of a popup menu, entries of a combo box, one a line
+    std::string Text() const;    // of a message box; items of a popup menu, one a line
     void Answer(int id);         // a button or menu item by its id; TBoxAnswer for boxes and dialogs
     void FileName(const std::string &nativePath); // what a file dialog or a print dialog's PDF field is told
     void Pages(int from, int to);                 // of the print dialog
     std::string FileName() const;                 // what the field holds now, UTF-8
-    void Select(int entry);                       // of a combo box, from 0
-    void Type(const std::string &text);           // into a combo box, Windows-1252
-    std::string Typed() const;                    // what the combo box shows
     int Default() const;                          // id of the item that a popup menu shows bold, 0 for none
     std::string Buttons() const;                  // their texts in order of the alphabet, a blank between
     void Press(const char *key);                  // a real key, as "Esc" or "Return"

@@ -182,21 +182,6 @@ std::string ModalBox::FileName() const
     return face.FileName();
 }
 
-void ModalBox::Select(int entry)
-{
-    face.Select(entry);
-}
-
-void ModalBox::Type(const std::string &text)
-{
-    face.Type(text);
-}
-
-std::string ModalBox::Typed() const
-{
-    return face.Typed();
-}
-
 int ModalBox::Default() const
 {
     return face.Default();

@@ -280,6 +280,9 @@ TEST_F(Rescompile, KnowsTheKindsOfControlsWithTheirStyles)
         {"check 5 \"&a\"", "push", "{RES_CHECK, 5, \"&a\", 0,"},
         {"check3 5 \"a\"", "push", "{RES_CHECK3, 5, \"a\", 0,"},
         {"radio 5 \"a\"", "push", "{RES_RADIO, 5, \"a\", 0,"},
+        {"radio 5 9", "push bitmap", "{RES_RADIO, 5, \"\", 9,"},
+        {"check 5 9", "bitmap", "{RES_CHECK, 5, \"\", 9,"},
+        {"check3 5 9", "bitmap", "{RES_CHECK3, 5, \"\", 9,"},
     };
     for (const auto &c : cases) {
         EXPECT_EQ(CompileLines(std::string("    ") + c.line + " 0 0 9 9 " + c.style + "\n"), 0)
