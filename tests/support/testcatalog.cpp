@@ -2,6 +2,8 @@
 
 #include "lib/charstr.h"
 
+#include <memory>
+
 #include "lib/xon.h"
 
 namespace
@@ -12,10 +14,10 @@ ResCONTROL Line(ResCONTROLKIND kind, int id, const char *text)
 }
 
 /// A field of an item that a user has to fill.
-void AddEdit(TDialog *dialog, int id, int limit, TValidator *validator)
+void AddEdit(TDialog *dialog, int id, int limit, std::unique_ptr<TValidator> validator)
 {
     auto *edit = new TEdcEdit(dialog, id, limit);
-    edit->SetValidator(validator);
+    edit->SetValidator(validator.release());
 }
 
 template <class ITEM>
@@ -137,9 +139,9 @@ void TestUnit::Write(CdeFILE &file)
 
 TestUnitDialog::TestUnitDialog() : TEdcDialog(TEST_UNIT_DIALOG)
 {
-    AddEdit(this, TEST_KEY, LONGSTRMAX, new TEdcValueValidator(false));
-    AddEdit(this, TEST_OUTPUT, SHORTSTRMAX, new TEdcFloatValidator(0, 1e9, false, NULL));
-    AddEdit(this, TEST_LENGTH, SHORTSTRMAX, new TEdcFloatValidator(-1e9, 1e9, false, NULL));
+    AddEdit(this, TEST_KEY, LONGSTRMAX, std::make_unique<TEdcValueValidator>(false));
+    AddEdit(this, TEST_OUTPUT, SHORTSTRMAX, std::make_unique<TEdcFloatValidator>(0, 1e9, false, nullptr));
+    AddEdit(this, TEST_LENGTH, SHORTSTRMAX, std::make_unique<TEdcFloatValidator>(-1e9, 1e9, false, nullptr));
 }
 
 TEdcCtlgItem *TestSimpleCatalog::NewItem(TEdcCtlgItem *copy)
@@ -197,8 +199,8 @@ void TestPart::Write(CdeFILE &file)
 
 TestPartDialog::TestPartDialog() : TEdcDialog(TEST_PART_DIALOG)
 {
-    AddEdit(this, TEST_KEY, SHORTSTRMAX, new TEdcValueValidator(false));
-    AddEdit(this, TEST_OUTPUT, SHORTSTRMAX, new TEdcFloatValidator(0, 1e9, false, NULL));
+    AddEdit(this, TEST_KEY, SHORTSTRMAX, std::make_unique<TEdcValueValidator>(false));
+    AddEdit(this, TEST_OUTPUT, SHORTSTRMAX, std::make_unique<TEdcFloatValidator>(0, 1e9, false, nullptr));
 }
 
 TEdcCtlgItem *TestDividedCatalog::NewItem(TEdcCtlgItem *copy)
