@@ -198,6 +198,7 @@ public:
     static bool IsDragging() { return dragging; }
     static bool IsCopying() { return dragCopy; }
     static const TEdcDrawDrag *RunningDrag(); // the focus' last step; NULL while nothing is dragged
+    static void ForgetDrag() { dragging = dragCopy = false; }
 
 protected:
     void MakeHandles(const AgPOINT *points, const TPoint *device, int n);
@@ -251,6 +252,7 @@ protected:
         double angle = 0; // rad
     };
     SHAPE Dragged(const TEdcDrawDrag &drag) const;
+    void Take(const SHAPE &s);
     void Span(const AgPOINT &from, const AgPOINT &to);
 
     uint16_t kind = 1;
@@ -294,6 +296,7 @@ protected:
         double angle = 0; // rad
     };
     SHAPE Dragged(const TEdcDrawDrag &drag) const;
+    void Take(const SHAPE &s);
 
     uint16_t kind = SOLID;
     AgVECTOR size; // m; negative where a handle was dragged across
@@ -314,8 +317,10 @@ public:
     TEdcDrawSelector(int aId, int cursorId, int copyId); // copyId 0: none
     void Activate(bool on) override;
     void MouseMove(TDC &dc, unsigned keys, TPoint point) override;
+    void Drop(TDC &dc, unsigned keys, TPoint point) override;
 
 private:
+    void Show(TPoint point);
     bool activeNow = false;
     TCursor cursor, cursorCopy, cursorSaved;
     bool hasCopy;

@@ -155,6 +155,7 @@ void TEdcDrawSprite::DragMove(TDC &dc, unsigned mode, TPoint start, TPoint shift
             DragPaint(dc); __test;
         }
     __point
+        dragOk = false;
     __treat
 }
 
@@ -177,8 +178,8 @@ void TEdcDrawSprite::DragEnd(TDC &dc, unsigned mode, TPoint start, TPoint shift)
             ASSERT(draw != NULL);
             draw->Commit(dc); __test;
         }
-        dragging = dragCopy = false;
     __point
-        dragging = dragCopy = false;
     __treat
+    dragOk = false;
+    ForgetDrag();
 }

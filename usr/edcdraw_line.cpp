@@ -28,9 +28,10 @@ void FindOutline(TPoint *outline, const AgPOINT *ends, const TEdcAxes &axes)
         ++outline[1].x;
 }
 
+/// 0 for no length. A negative 0 above or below would turn pi into -pi.
 double Direction(const AgVECTOR &v)
 {
-    return std::atan2(v.y, v.x); // 0 for no length
+    return v.x == 0 && v.y == 0 ? 0 : EdcWrapAngle(std::atan2(v.y, v.x));
 }
 } // namespace
 
@@ -135,20 +136,28 @@ TEdcDrawLine::SHAPE TEdcDrawLine::Dragged(const TEdcDrawDrag &drag) const
     return s;
 }
 
+void TEdcDrawLine::Take(const SHAPE &s)
+{
+    length = s.length;
+    centre = s.centre;
+    angle = s.angle;
+}
+
+/// What could not be stored stays as it was.
 TEdcDrawSprite *TEdcDrawLine::Apply(TEdcDrawDrag &drag)
 {
     TEdcDrawLine *worked = this;
+    const SHAPE former = {length, centre, angle};
     __enter
         if (drag.mode & EDC_DRAWDRAGCOPY) {
             worked = Clone(); __test;
             EdcSelectCopy(*this, *worked); __test;
         }
-        SHAPE s = Dragged(drag);
-        worked->length = s.length;
-        worked->centre = s.centre;
-        worked->angle = s.angle;
+        worked->Take(Dragged(drag));
         worked->Store(); __test;
     __point
+        if (worked)
+            worked->Take(former);
     __treat
     return worked;
 }

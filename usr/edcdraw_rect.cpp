@@ -136,20 +136,28 @@ TEdcDrawRect::SHAPE TEdcDrawRect::Dragged(const TEdcDrawDrag &drag) const
     return s;
 }
 
+void TEdcDrawRect::Take(const SHAPE &s)
+{
+    size = s.size;
+    centre = s.centre;
+    angle = s.angle;
+}
+
+/// What could not be stored stays as it was.
 TEdcDrawSprite *TEdcDrawRect::Apply(TEdcDrawDrag &drag)
 {
     TEdcDrawRect *worked = this;
+    const SHAPE former = {size, centre, angle};
     __enter
         if (drag.mode & EDC_DRAWDRAGCOPY) {
             worked = Clone(); __test;
             EdcSelectCopy(*this, *worked); __test;
         }
-        SHAPE s = Dragged(drag);
-        worked->size = s.size;
-        worked->centre = s.centre;
-        worked->angle = s.angle;
+        worked->Take(Dragged(drag));
         worked->Store(); __test;
     __point
+        if (worked)
+            worked->Take(former);
     __treat
     return worked;
 }

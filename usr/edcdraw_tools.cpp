@@ -32,18 +32,34 @@ TEdcDrawSelector::TEdcDrawSelector(int aId, int cursorId, int copyId)
 void TEdcDrawSelector::Activate(bool on)
 {
     TEdcSpriteSelector::Activate(on);
+    TEdcDrawSprite::ForgetDrag();
     EdcSwapCursor(on, activeNow, cursor, cursorSaved);
+}
+
+/// The cursor, and the pointer's place in the status bar.
+void TEdcDrawSelector::Show(TPoint point)
+{
+    if (activeNow && hasCopy)
+        AppDocument()->SetCursor(TEdcDrawSprite::IsCopying() ? cursorCopy : cursor);
+    if (layer)
+        EdcShowPointer(static_cast<TEdcDrawLayer *>(layer)->Axes()->ToModel(point),
+                       TEdcDrawSprite::RunningDrag());
 }
 
 void TEdcDrawSelector::MouseMove(TDC &dc, unsigned keys, TPoint point)
 {
     __enter
         TEdcSpriteSelector::MouseMove(dc, keys, point); __test;
-        if (activeNow && hasCopy)
-            AppDocument()->SetCursor(TEdcDrawSprite::IsCopying() ? cursorCopy : cursor);
-        if (layer)
-            EdcShowPointer(static_cast<TEdcDrawLayer *>(layer)->Axes()->ToModel(point),
-                           TEdcDrawSprite::RunningDrag()); __test;
+        Show(point); __test;
+    __point
+    __treat
+}
+
+void TEdcDrawSelector::Drop(TDC &dc, unsigned keys, TPoint point)
+{
+    __enter
+        TEdcSpriteSelector::Drop(dc, keys, point); __test;
+        Show(point); __test;
     __point
     __treat
 }
