@@ -165,7 +165,8 @@ public:
     int Transfer(char *text, void *value, int direction) override;
 
 protected:
-    bool nullOK; // a blank text will do
+    bool nullOK;           // a blank text will do
+    bool wasBlank = false; // what was asked about last; an error then is that a value is missing
 };
 
 class TEdcFloatValidator : public TEdcValueValidator
@@ -434,6 +435,7 @@ public:
 
     void SetAllowNone(bool on);
     bool GetAllowNone() const { return allowNone; }
+    int FocusMark() const { return mark; }
     void SetValue(const TEdcInt &v);
     void GetValue(TEdcInt &v) const;
     bool IsChanged() const;

@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <vector>
 
 namespace
@@ -357,6 +358,15 @@ TEST_F(Boxes, ClickInAGroupIsAClickOfTheGroupBeforeItIsTheBoxes)
     EXPECT_EQ(dialog.Take(), "");
 }
 
+TEST_F(Boxes, GroupWithoutAWindowKeepsQuiet)
+{
+    HookDialog dialog(DIALOG);
+    auto *group = new TEdcCheckGroup(&dialog, GROUP);
+    auto *box = new TEdcCheckBox(&dialog, BOX, group);
+    box->EvNotify(WIN_BN_CLICKED);
+    EXPECT_EQ(dialog.Take(), "");
+}
+
 TEST_F(Boxes, DialogMayCloseFromTheGroupsClick)
 {
     tables.Add(DIALOG, "", {Line(RES_FRAME, GROUP, "Gruppe"), Line(RES_CHECK, BOX)});
@@ -505,5 +515,24 @@ TEST_F(Boxes, PicturesChangeWithTheirNumber)
         EXPECT_EQ(numbered.Look(*control), empty) << control->Id();
         numbered.SetAll(0, PICTURE);
         EXPECT_EQ(numbered.Look(*control), one) << control->Id();
+    }
+}
+
+TEST_F(Boxes, PicturesGoBeforeTheirWindowDoes)
+{
+    for (size_t which : {0, 1, 2}) {
+        Numbered numbered(tables);
+        numbered.dialog->Create();
+        TControl *control =
+            std::array<TControl *, 3>{numbered.pictured, numbered.pictureButton, numbered.radio}[which];
+        auto own = numbered.Look(*control);
+        control->CleanupWindow();
+        EXPECT_EQ(numbered.Look(*control), own) << "the resource's own is the window's";
+        numbered.SetAll(0, 0);
+        auto empty = numbered.Look(*control);
+        numbered.SetAll(0, OTHER_PICTURE);
+        EXPECT_NE(numbered.Look(*control), empty);
+        control->CleanupWindow();
+        EXPECT_EQ(numbered.Look(*control), empty) << control->Id();
     }
 }

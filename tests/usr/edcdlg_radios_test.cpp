@@ -654,6 +654,7 @@ TEST_F(RadioGroup, FocusOfAGroupShowsAsADitheredFrameTwoPixelsOutside)
     door.Press("Tab");
     ASSERT_EQ(door.Focus(), GROUP);
     EXPECT_TRUE(group->IsMarked());
+    EXPECT_EQ(group->FocusMark(), 2);
     Picture marked(dialog);
     TRect place = MarkPlace(door, GROUP);
     int dot = std::max(1, static_cast<int>(std::lround(TestScale())));
@@ -663,6 +664,7 @@ TEST_F(RadioGroup, FocusOfAGroupShowsAsADitheredFrameTwoPixelsOutside)
     ExpectDither(before, marked, {place.right - dot, place.top}, true, place.Height(), {-1, 0});
     door.Press("Shift+Tab");
     EXPECT_FALSE(group->IsMarked());
+    EXPECT_EQ(group->FocusMark(), 0);
     Picture after(dialog);
     for (int y = place.top; y < place.bottom; y++)
         for (int x = place.left; x < place.right; x++)
