@@ -119,8 +119,8 @@ public:
 protected:
     struct Impl;
     /// For windows that are no client area with a backing image (frame, bars): called by their Create() instead
-    /// of the base's, the widget is theirs from now on and goes with them. Their client area is the widget. NULL
-    /// lets go of it.
+    /// of the base's, the widget is theirs from now on and goes with them. Their client area is the widget.
+    /// NULL lets go of it.
     void AdoptWidget(TNativeWidget *widget);
 
     TWindow *parent; // view

@@ -416,15 +416,22 @@ TEST_F(Dialogs, AShownDialogMayBeDeletedByItsOwnHandler)
     testdoor::Settle();
 }
 
-TEST_F(Dialogs, WhatIsCondemnedTwiceLongDeadHurtsNobody)
+TEST_F(Dialogs, CondemnedWindowsGoInALaterTurnOfTheSameLoop)
 {
-    auto *first = new HearingDialog(NUMBERS, diary);
-    auto *second = new HearingDialog(NUMBERS, diary);
-    TestApplication().Condemn(first);
-    TestApplication().Condemn(second);
-    EXPECT_EQ(diary.Read(), "");
-    testdoor::Settle();
-    EXPECT_EQ(diary.Read(), "gone gone");
+    Numbers numbers(diary);
+    Play([&](testdoor::DialogBox &) {
+        diary.Read();
+        TestApplication().Condemn(new HearingDialog(NUMBERS, diary));
+        TestApplication().Condemn(new HearingDialog(NUMBERS, diary));
+        testdoor::Script([](testdoor::ModalBox &message) { message.Answer(WIN_ID_OK); });
+        MessageBox(NULL, "Text", "Kopf", WIN_BOX_OK, WIN_ICON_NONE);
+        EXPECT_EQ(diary.Read(), "") << "the loop of a box within is not the same";
+    });
+    Play([&](testdoor::DialogBox &) {
+        EXPECT_EQ(diary.Read(), "gone gone");
+        numbers.dialog.Destroy(2);
+    });
+    numbers.dialog.Execute();
 }
 
 // The main window.
