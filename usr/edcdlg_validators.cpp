@@ -83,7 +83,8 @@ void TEdcValueValidator::Error(TWindow *owner)
 
 bool TEdcValueValidator::IsValid(const char *text)
 {
-    return IsBlankText(text) ? nullOK : true;
+    wasBlank = IsBlankText(text);
+    return !wasBlank || nullOK;
 }
 
 int TEdcValueValidator::Transfer(char *, void *value, int)
@@ -108,6 +109,8 @@ void TEdcFloatValidator::SetRange(double aMin, double aMax)
 void TEdcFloatValidator::Error(TWindow *owner)
 {
     ASSERT(owner != NULL);
+    if (wasBlank)
+        return TEdcValueValidator::Error(owner);
     TEdcLongStr message;
     TEdcShortStr from, to;
     from.SetFloat(min, -1, unit);
@@ -118,8 +121,9 @@ void TEdcFloatValidator::Error(TWindow *owner)
 
 bool TEdcFloatValidator::IsValid(const char *text)
 {
-    if (IsBlankText(text))
-        return nullOK;
+    bool present = TEdcValueValidator::IsValid(text);
+    if (wasBlank)
+        return present;
     TEdcFloat number = Wrap(text).GetFloat(unit);
     return number.id == EDC_VVAL && min <= number.value && number.value <= max;
 }
@@ -159,6 +163,8 @@ void TEdcIntValidator::SetRange(int aMin, int aMax)
 void TEdcIntValidator::Error(TWindow *owner)
 {
     ASSERT(owner != NULL);
+    if (wasBlank)
+        return TEdcValueValidator::Error(owner);
     TEdcLongStr message;
     TEdcShortStr from, to;
     from.SetInt(min);
@@ -169,8 +175,9 @@ void TEdcIntValidator::Error(TWindow *owner)
 
 bool TEdcIntValidator::IsValid(const char *text)
 {
-    if (IsBlankText(text))
-        return nullOK;
+    bool present = TEdcValueValidator::IsValid(text);
+    if (wasBlank)
+        return present;
     TEdcInt number = Wrap(text).GetInt();
     return number.id == EDC_VVAL && min <= number.value && number.value <= max;
 }
@@ -218,6 +225,8 @@ void TEdcTimeValidator::SetFormat(const char *aFormat)
 void TEdcTimeValidator::Error(TWindow *owner)
 {
     ASSERT(owner != NULL);
+    if (wasBlank)
+        return TEdcValueValidator::Error(owner);
     TEdcLongStr message;
     TEdcShortStr from, to;
     from.SetInt(minYear);
@@ -228,8 +237,9 @@ void TEdcTimeValidator::Error(TWindow *owner)
 
 bool TEdcTimeValidator::IsValid(const char *text)
 {
-    if (IsBlankText(text))
-        return nullOK;
+    bool present = TEdcValueValidator::IsValid(text);
+    if (wasBlank)
+        return present;
     TEdcTime time = Wrap(text).GetTime(format);
     if (time.id != EDC_VVAL)
         return false;

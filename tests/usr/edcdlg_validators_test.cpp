@@ -252,7 +252,8 @@ protected:
     }
 
     /// What the box of the validator says, UTF-8, with its buttons behind it.
-    std::string Shown(TValidator &&validator)
+    std::string Shown(TValidator &&validator) { return Shown(validator); }
+    std::string Shown(TValidator &validator)
     {
         std::string seen;
         testdoor::Script([&seen](testdoor::ModalBox &box) {
@@ -270,6 +271,19 @@ protected:
 TEST_F(Refusals, AskForAValue)
 {
     EXPECT_EQ(Shown(TEdcValueValidator(false)), "message|Wert muss eingegeben, bzw. gewählt werden.|OK");
+}
+
+TEST_F(Refusals, AskForAValueWhereABlankTextWasRefused)
+{
+    TEdcFloatValidator power(0.5, 1500, false, "W");
+    TEdcIntValidator days(0, 365, false);
+    TEdcTimeValidator date("d.M.r", false, 1990, 2010);
+    for (TValidator *validator : std::initializer_list<TValidator *>{&power, &days, &date}) {
+        EXPECT_FALSE(validator->IsValid("  "));
+        EXPECT_EQ(Shown(*validator), "message|Wert muss eingegeben, bzw. gewählt werden.|OK");
+        EXPECT_FALSE(validator->IsValid("x"));
+        EXPECT_NE(Shown(*validator), "message|Wert muss eingegeben, bzw. gewählt werden.|OK");
+    }
 }
 
 TEST_F(Refusals, NameTheRangeWithItsUnit)
