@@ -2,6 +2,7 @@
 #include "support/child.h"
 #include "support/memdisk.h"
 #include "win/application.h"
+#include "win/guard.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -265,6 +266,25 @@ TEST_F(CatalogFile, WhatASelectionCannotReadGoesOnToItsCaller)
     EXPECT_EQ(divided.Select(), nullptr);
     EXPECT_STREQ(TakeFailure(), XCDE_INVOLVED);
     EXPECT_EQ(Files(), (std::set<std::string>{".StTest.err", ".TvTest.err"}));
+}
+
+TEST_F(CatalogFile, TheFrameOfItsCallerTellsWhatWentWrong)
+{
+    enum { TEXT_INVOLVED = 1012 };
+    PutFile(".TvTest.zec", "damage");
+    TestSimpleCatalog catalog;
+    Script([](testdoor::ModalBox &box) {
+        EXPECT_EQ(box.Text(), GetResString(TEXT_INVOLVED) + 1) << "without the mark of an error";
+        box.Answer(WIN_ID_OK);
+    });
+    GuardedCall([&] { catalog.Edit(); });
+    std::filesystem::create_directories(Path(".TvTest.zec"));
+    Script([](testdoor::ModalBox &box) {
+        EXPECT_NE(box.Text().find("Katalogy/.TvTest.zec\" kann nicht ge"), std::string::npos) << box.Text();
+        box.Answer(WIN_ID_OK);
+    });
+    GuardedCall([&] { catalog.Select(); });
+    EXPECT_STREQ(xCode, XNULL);
 }
 
 TEST_F(CatalogFile, AFileThatCannotBeOpenedStaysWhereItIs)

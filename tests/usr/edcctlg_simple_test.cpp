@@ -2,6 +2,8 @@
 #include "support/child.h"
 #include "win/application.h"
 
+#include "lib/xon.h"
+
 namespace
 {
 using testdoor::DialogBox;
@@ -452,6 +454,61 @@ TEST_F(SimpleList, ThreeHundredItemsAreShownAndFound)
         dialog.ClickEntry(LIST_BOX, 217, true);
     });
     EXPECT_EQ(picked, shown);
+}
+
+/// One that has no memory left for items, while it is told so.
+class PoorList : public TestSimpleCatalog
+{
+public:
+    TEdcCtlgItem *NewItem(TEdcCtlgItem *copy) override
+    {
+        TEdcCtlgItem *item = NULL;
+        __enter
+            if (poor)
+                __raise(XALLOC);
+            item = TestSimpleCatalog::NewItem(copy); __test;
+        __point
+        __treat
+        return item;
+    }
+    bool poor = false;
+};
+
+TEST_F(SimpleList, AStepThatFailsIsToldAndLeavesTheDialogUsable)
+{
+    enum { TEXT_MEMORY = 1010 };
+    PoorList list;
+    list.Put(units);
+    auto told = [](testdoor::ModalBox &box) {
+        EXPECT_EQ(box.Text(), GetResString(TEXT_MEMORY) + 1);
+        box.Answer(WIN_ID_OK);
+    };
+    InDialog([&](DialogBox &dialog) {
+        list.poor = true;
+        dialog.Click(ADD);
+        dialog.Click(ADJUST);
+        EXPECT_EQ(dialog.Entries(LIST_BOX), sorted);
+        EXPECT_EQ(list.Values(), units);
+        list.poor = false;
+        dialog.Click(ADD);
+        EXPECT_EQ(dialog.Entries(LIST_BOX).size(), 5u);
+        dialog.Click(CLOSE);
+    });
+    Script(told);
+    Script(told);
+    Fill("Neu", "1", "2");
+    list.Edit();
+    EXPECT_EQ(list.Count(), 5);
+}
+
+TEST_F(SimpleList, APendingFailureKeepsTheDialogShut)
+{
+    xCode = XALLOC;
+    catalog.Edit();
+    EXPECT_EQ(catalog.Select(), nullptr);
+    catalog.Save();
+    EXPECT_STREQ(TakeFailure(), XALLOC);
+    EXPECT_TRUE(Files().empty());
 }
 
 /// The steps of editing without a dialog.
