@@ -169,7 +169,7 @@ bool TControl::IsWindowVisible() const
 bool TControl::HasFocus() const
 {
     const QWidget *widget = ToWidget(GetHandle());
-    return widget && widget->hasFocus();
+    return widget && widget->window()->focusWidget() == widget;
 }
 
 void TControl::TakeFocus()

@@ -75,7 +75,7 @@ public:
     bool IsWindowEnabled() const;
     void ShowWindow(bool on);
     bool IsWindowVisible() const; // of its own, whether the dialog is up or not
-    bool HasFocus() const;
+    bool HasFocus() const;        // within its dialog, whether that is in front or not
     /// The focus comes as by Tab: what can be typed over is selected.
     void TakeFocus();
     void SetTabStop(bool on);

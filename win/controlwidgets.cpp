@@ -240,7 +240,8 @@ protected:
             return true;
         case QEvent::KeyPress:
         case QEvent::KeyRelease:
-            return QWidget::event(event); // the toolkit's frame keeps the blank for a mark of its own
+            // The toolkit's frame keeps the blank for a mark of its own.
+            return QWidget::event(event); // NOLINT(bugprone-parent-virtual-call)
         default:
             return QGroupBox::event(event);
         }
@@ -248,7 +249,7 @@ protected:
 
     void focusInEvent(QFocusEvent *event) override
     {
-        QWidget::focusInEvent(event);
+        QWidget::focusInEvent(event); // NOLINT(bugprone-parent-virtual-call)
         site.Report(ToHandle(this), WIN_BN_SETFOCUS);
     }
 
