@@ -426,10 +426,10 @@ TEST_F(Dialogs, CondemnedWindowsGoInALaterTurnOfTheSameLoop)
         testdoor::Script([](testdoor::ModalBox &message) { message.Answer(WIN_ID_OK); });
         MessageBox(NULL, "Text", "Kopf", WIN_BOX_OK, WIN_ICON_NONE);
         EXPECT_EQ(diary.Read(), "") << "the loop of a box within is not the same";
-    });
-    Play([&](testdoor::DialogBox &) {
-        EXPECT_EQ(diary.Read(), "gone gone");
-        numbers.dialog.Destroy(2);
+        Play([&](testdoor::DialogBox &) {
+            EXPECT_EQ(diary.Read(), "gone gone");
+            numbers.dialog.Destroy(2);
+        });
     });
     numbers.dialog.Execute();
 }
