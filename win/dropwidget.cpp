@@ -7,6 +7,7 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QFontMetrics>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QListView>
@@ -50,6 +51,22 @@ bool IsToggle(const QKeyEvent &event)
     return alt ? event.key() == Qt::Key_Down || event.key() == Qt::Key_Up : event.key() == Qt::Key_F4;
 }
 
+/// In the widget's font; -1 without entries.
+int WidestEntry(const QAbstractItemModel &entries, const QWidget &widget)
+{
+    QFontMetrics metrics = widget.fontMetrics();
+    int widest = -1;
+    int width = -1;
+    for (int i = 0; i < entries.rowCount(); ++i) {
+        int advance = metrics.horizontalAdvance(entries.index(i, 0).data().toString());
+        if (advance > width) {
+            width = advance;
+            widest = i;
+        }
+    }
+    return widest;
+}
+
 const TNativeKey *Native(const QKeyEvent &event)
 {
     return reinterpret_cast<const TNativeKey *>(&event);
@@ -74,7 +91,7 @@ public:
     void Drop(bool down) override;
 
     void showPopup() override;
-    void hidePopup() override { RollUp(-1); }
+    void hidePopup() override { RollUp(LEFT); }
     bool eventFilter(QObject *object, QEvent *event) override;
 
 protected:
@@ -85,8 +102,9 @@ protected:
     void focusOutEvent(QFocusEvent *event) override;
 
 private:
+    enum END { TAKEN, LEFT };
     bool Tell(int code) { return TellSite(site, Handle(), code); }
-    int Highlighted() const { return view()->currentIndex().row(); }
+    int Highlighted() const;
     void Highlight(int index) { view()->setCurrentIndex(model()->index(index, 0)); }
     template <class CHANGE>
     void ChangeStore(CHANGE change);
@@ -99,7 +117,7 @@ private:
     bool EventOfList(const QObject *object, QEvent &event);
     void PrepareList();
     void KeepOnScreen();
-    void RollUp(int taken);
+    void RollUp(END end);
     void Restore();
 
     TListStore store;
@@ -231,12 +249,10 @@ void TDropWidget::PrepareList()
         list->viewport()->setMouseTracking(true);
         watched = true;
     }
-    QModelIndex first = model()->index(0, 0);
-    int margins = list->sizeHintForIndex(first).width() -
-                  list->fontMetrics().horizontalAdvance(first.data().toString()) + 2 * list->frameWidth();
+    QModelIndex widest = model()->index(WidestEntry(*model(), *list), 0);
     int bar = store.Count() > ENTRIES_SHOWN ? list->verticalScrollBar()->sizeHint().width() : 0;
-    int wide = WidestEntry(reinterpret_cast<TNativeWidget *>(static_cast<QWidget *>(list)), store.Model());
-    list->setMinimumWidth(qMin(wide + margins + bar, screen()->availableGeometry().width()));
+    int wide = list->sizeHintForIndex(widest).width() + 2 * list->frameWidth() + bar;
+    list->setMinimumWidth(qMin(wide, screen()->availableGeometry().width()));
 }
 
 void TDropWidget::KeepOnScreen()
@@ -248,10 +264,18 @@ void TDropWidget::KeepOnScreen()
         list->move(qMax(room.left(), list->x() - beyond), list->y());
 }
 
-/// The list closes: with the entry `taken`, or (-1) left as it is.
-void TDropWidget::RollUp(int taken)
+/// The entry that Return takes, -1 for none. The toolkit's own present entry need not show.
+int TDropWidget::Highlighted() const
+{
+    QModelIndex index = view()->currentIndex();
+    return view()->selectionModel()->isSelected(index) ? index.row() : -1;
+}
+
+/// The list closes: with the highlighted entry taken, or left as it is.
+void TDropWidget::RollUp(END end)
 {
     bool open = std::exchange(dropped, false);
+    int taken = open && end == TAKEN ? Highlighted() : -1;
     QComboBox::hidePopup();
     if (!open)
         return;
@@ -260,7 +284,7 @@ void TDropWidget::RollUp(int taken)
         if (!Tell(WIN_CBN_SELCHANGE))
             return;
     }
-    if (Tell(taken >= 0 ? WIN_CBN_SELENDOK : WIN_CBN_SELENDCANCEL))
+    if (Tell(end == TAKEN ? WIN_CBN_SELENDOK : WIN_CBN_SELENDCANCEL))
         Tell(WIN_CBN_CLOSEUP);
 }
 
@@ -315,17 +339,17 @@ void TDropWidget::KeyInList(QKeyEvent &event)
 {
     int key = event.key();
     if (key == Qt::Key_Return || key == Qt::Key_Enter) {
-        RollUp(Highlighted());
+        RollUp(TAKEN);
     } else if (key == Qt::Key_Escape) {
         Restore();
-        RollUp(-1);
+        RollUp(LEFT);
     } else if (IsToggle(event)) {
-        RollUp(-1);
+        RollUp(LEFT);
     } else if (key == Qt::Key_Tab || key == Qt::Key_Backtab) {
         QPointer<TDropWidget> self(this);
-        RollUp(-1);
+        RollUp(LEFT);
         if (self)
-            focusNextPrevChild(key == Qt::Key_Tab);
+            focusNextPrevChild(key == Qt::Key_Tab && !event.modifiers().testFlag(Qt::ShiftModifier));
     } else if (!MoveByKey(event) && lineEdit()) {
         lineEdit()->event(&event);
     }
@@ -342,7 +366,8 @@ bool TDropWidget::MouseInList(const QMouseEvent &event)
         if (entry.isValid())
             Highlight(entry.row());
     } else if (left && pointed && entry.isValid()) {
-        RollUp(entry.row());
+        Highlight(entry.row());
+        RollUp(TAKEN);
     }
     return true;
 }
@@ -366,10 +391,11 @@ bool TDropWidget::EventOfList(const QObject *object, QEvent &event)
         return inner && MouseInList(static_cast<QMouseEvent &>(event));
     case QEvent::MouseButtonRelease: // on the frame the combo box would take the entry beside it
         return inner ? MouseInList(static_cast<QMouseEvent &>(event)) : outer;
+    case QEvent::FocusOut: // somebody took the focus away from the list
     case QEvent::Hide:
     case QEvent::WindowDeactivate:
-        if (outer)
-            RollUp(-1);
+        if (outer || event.type() == QEvent::FocusOut)
+            RollUp(LEFT);
         return false;
     default:
         return false;
@@ -391,7 +417,7 @@ bool TDropWidget::event(QEvent *event)
         QPointer<TDropWidget> self(this);
         if (event->type() == QEvent::WindowDeactivate && dropped &&
             QApplication::activeWindow() != view()->window())
-            RollUp(-1);
+            RollUp(LEFT);
         if (self)
             done = QComboBox::event(event);
     });
@@ -427,13 +453,22 @@ void TDropWidget::wheelEvent(QWheelEvent *event)
         StepTo(qBound(0, Selected() + (notches > 0 ? -1 : 1), store.Count() - 1));
 }
 
-/// The list that drops and closes takes the focus and gives it back, which is no news.
+/// Told where it is the user who goes there. The list takes the focus and gives it back, some desktops with
+/// the activation of its window, which is no news.
 void TDropWidget::focusInEvent(QFocusEvent *event)
 {
     QComboBox::focusInEvent(event);
     wheelRest = 0;
-    if (event->reason() != Qt::PopupFocusReason && event->reason() != Qt::OtherFocusReason)
+    switch (event->reason()) {
+    case Qt::MouseFocusReason:
+    case Qt::TabFocusReason:
+    case Qt::BacktabFocusReason:
+    case Qt::ShortcutFocusReason:
         Tell(WIN_CBN_SETFOCUS);
+        break;
+    default:
+        break;
+    }
 }
 
 void TDropWidget::focusOutEvent(QFocusEvent *event)
@@ -441,7 +476,7 @@ void TDropWidget::focusOutEvent(QFocusEvent *event)
     QComboBox::focusOutEvent(event);
     typed.Forget();
     if (dropped && event->reason() != Qt::PopupFocusReason) // while it drops, the list takes the focus itself
-        RollUp(-1);
+        RollUp(LEFT);
 }
 } // namespace
 

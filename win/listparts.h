@@ -107,9 +107,6 @@ TBoxFace *BoxFace(HWND control);
 /// Tells the site, as a root of the failure protocol, unless the widget is not shown: what goes on in a dialog
 /// that is being taken down is no news. @return false where the hearer did away with the widget
 bool TellSite(TControlSite &site, HWND control, int code);
-/// Width of the widest entry's text in the toolkit's units.
-int WidestEntry(const TNativeWidget *list, TNativeModel *entries);
-
 HWND MakeDropDown(const ResCONTROL &line, TNativeWidget *dialog, TControlSite &site);
 HWND MakeListBox(const ResCONTROL &line, TNativeWidget *dialog, TControlSite &site);
 

@@ -3,7 +3,6 @@
 #include "lib/charstr.h"
 #include "win/guard.h"
 
-#include <QFontMetrics>
 #include <QKeyEvent>
 #include <QListView>
 #include <QMouseEvent>
@@ -203,16 +202,6 @@ bool TellSite(TControlSite &site, HWND control, int code)
     if (widget->isVisible())
         GuardedCall([&site, control, code] { site.Report(control, code); });
     return !widget.isNull();
-}
-
-int WidestEntry(const TNativeWidget *list, TNativeModel *entries)
-{
-    QFontMetrics metrics = reinterpret_cast<const QWidget *>(list)->fontMetrics();
-    const QAbstractItemModel &model = *ToQt(entries);
-    int widest = 0;
-    for (int i = 0; i < model.rowCount(); ++i)
-        widest = qMax(widest, metrics.horizontalAdvance(model.index(i, 0).data().toString()));
-    return widest;
 }
 
 HWND MakeListBox(const ResCONTROL &line, TNativeWidget *dialog, TControlSite &site)
