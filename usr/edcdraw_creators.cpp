@@ -151,7 +151,7 @@ void TEdcDrawLineCreator::DrawShape(TDC &dc)
     dc.SetState(former);
 }
 
-/// Equal points make nothing.
+/// Equal points make nothing. What was made before a failure stays, without a focus.
 bool TEdcDrawLineCreator::Finish()
 {
     bool done = start != end;
@@ -172,6 +172,7 @@ bool TEdcDrawLineCreator::Finish()
             }
         }
     __point
+        layer->SetFocus(NULL, NULL);
     __treat
     return done;
 }

@@ -263,6 +263,7 @@ void TEdcDrawStockCreator::RightUp(TDC &dc, unsigned keys, TPoint point)
     __treat
 }
 
+/// What was made before a failure stays, without a focus.
 bool TEdcDrawStockCreator::Finish()
 {
     __enter
@@ -274,6 +275,7 @@ bool TEdcDrawStockCreator::Finish()
             PlaceRow(from, to); __test;
         }
     __point
+        layer->SetFocus(NULL, NULL);
     __treat
     return true;
 }
