@@ -88,8 +88,11 @@ void WaitUntilExposed()
         return widget->isVisible() && !widget->isMinimized() && widget->windowHandle() &&
                !widget->windowHandle()->isExposed();
     };
-    const QWidgetList widgets = QApplication::topLevelWidgets();
-    while (std::any_of(widgets.begin(), widgets.end(), isHidden) && timer.elapsed() < EXPOSE_TIME) {
+    auto anyHidden = [isHidden] { // asked anew, for an event may delete a window
+        const QWidgetList widgets = QApplication::topLevelWidgets();
+        return std::any_of(widgets.begin(), widgets.end(), isHidden);
+    };
+    while (anyHidden() && timer.elapsed() < EXPOSE_TIME) {
         QApplication::processEvents();
         QThread::msleep(1);
     }
