@@ -525,6 +525,7 @@ TEST_F(EdcLists, ShowTheirValidatorsHintAndFollowItsCommaKey)
     EXPECT_EQ(door.Tip(BOX), "");
     door.Type(COMBO, "3,5");
     EXPECT_EQ(combo->Text(), "3,5");
+    dialog.reset(); // with the last validator
 }
 
 TEST_F(EdcLists, RefuseToCloseAndTakeTheFocus)
