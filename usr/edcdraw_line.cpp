@@ -31,7 +31,7 @@ void FindOutline(TPoint *outline, const AgPOINT *ends, const TEdcAxes &axes)
 /// 0 for no length. A negative 0 above or below would turn pi into -pi.
 double Direction(const AgVECTOR &v)
 {
-    return v.x == 0 && v.y == 0 ? 0 : EdcWrapAngle(std::atan2(v.y, v.x));
+    return v == AgE0 ? 0 : EdcWrapAngle(std::atan2(v.y, v.x));
 }
 } // namespace
 

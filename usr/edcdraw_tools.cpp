@@ -59,9 +59,10 @@ void TEdcDrawSelector::Drop(TDC &dc, unsigned keys, TPoint point)
 {
     __enter
         TEdcSpriteSelector::Drop(dc, keys, point); __test;
-        Show(point); __test;
     __point
     __treat
+    TEdcDrawSprite::ForgetDrag(); // also where nothing was left to drop
+    Show(point);
 }
 
 void EdcSwapCursor(bool on, bool &active, const TCursor &cursor, TCursor &saved)
