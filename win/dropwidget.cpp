@@ -5,12 +5,12 @@
 #include "lib/charstr.h"
 #include "win/guard.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
 #include <QFontMetrics>
 #include <QKeyEvent>
 #include <QLineEdit>
-#include <QListView>
 #include <QPointer>
 #include <QProxyStyle>
 #include <QScreen>
@@ -115,6 +115,8 @@ private:
     void KeyInList(QKeyEvent &event);
     bool MouseInList(const QMouseEvent &event);
     bool EventOfList(const QObject *object, QEvent &event);
+    bool IsLeftBy(const QEvent &event) const;
+    bool CanDrop() const;
     void PrepareList();
     void KeepOnScreen();
     void RollUp(END end);
@@ -221,20 +223,27 @@ void TDropWidget::Pick(int index)
         lineEdit()->selectAll();
 }
 
+bool TDropWidget::CanDrop() const
+{
+    return !dropped && isVisible() && isEnabled() && count() > 0;
+}
+
+/// Who hears of it may fill the list yet, or think better of it.
 void TDropWidget::showPopup()
 {
-    if (dropped || store.Count() == 0 || !Tell(WIN_CBN_DROPDOWN))
+    if (!CanDrop() || !Tell(WIN_CBN_DROPDOWN))
         return;
     before = Selected();
     textBefore = currentText();
     pointed = false;
     typed.Forget();
-    PrepareList();
-    QComboBox::showPopup();
-    dropped = view()->isVisible();
-    if (dropped)
+    if (CanDrop()) {
+        PrepareList();
+        QComboBox::showPopup();
         KeepOnScreen();
-    else
+        dropped = view()->isVisible();
+    }
+    if (!dropped)
         Tell(WIN_CBN_CLOSEUP);
 }
 
@@ -410,16 +419,21 @@ bool TDropWidget::eventFilter(QObject *object, QEvent *event)
     return done;
 }
 
+/// With its window the list goes too, unless it is the list itself that has become the active one.
+bool TDropWidget::IsLeftBy(const QEvent &event) const
+{
+    return dropped && event.type() == QEvent::WindowDeactivate &&
+           QApplication::activeWindow() != view()->window();
+}
+
 bool TDropWidget::event(QEvent *event)
 {
     bool done = false;
     GuardedCall([&] {
-        QPointer<TDropWidget> self(this);
-        if (event->type() == QEvent::WindowDeactivate && dropped &&
-            QApplication::activeWindow() != view()->window())
+        bool left = IsLeftBy(*event);
+        done = QComboBox::event(event);
+        if (left)
             RollUp(LEFT);
-        if (self)
-            done = QComboBox::event(event);
     });
     return done;
 }

@@ -154,9 +154,9 @@ void TListStore::Release(int index)
 
 int TListStore::FindTyped(const std::string &typed, int present) const
 {
-    auto search = [this](const std::string &start, int from) {
-        for (int i = 0; i < Count(); ++i) {
-            int index = (from + i) % Count();
+    auto search = [this, count = Count()](const std::string &start, int from) {
+        for (int i = 0; i < count; ++i) {
+            int index = (from + i) % count;
             if (BeginsWith(model->At(index).text, start))
                 return index;
         }

@@ -4,10 +4,13 @@
 
 #include "lib/platform.h"
 #include "support/chance.h"
+#include "support/fault.h"
 #include "win/testdoor.h"
 
 #include <algorithm>
 #include <memory>
+
+#include "lib/xon.h"
 
 TEST_F(Lists, WhatTheProgramDoesIsNotReported)
 {
@@ -457,6 +460,14 @@ TEST_F(Lists, AListBoxIsFilledAnewBehindASwitchedOffDisplay)
 
 namespace
 {
+void Guarded(const std::function<void()> &what)
+{
+    __enter
+        what(); __test;
+    __point
+    __treat
+}
+
 /// Deletes itself at a notification.
 class Ending : public TDialog
 {
@@ -535,6 +546,74 @@ TEST_F(Lists, AHearerMayEndTheDialogInTheMiddleOfAnAction)
         EXPECT_EQ(count, 1) << row.id << " " << row.code << (row.end ? row.end : "");
         EXPECT_FALSE(ending);
     }
+}
+
+TEST_F(Lists, AHearerMayKeepTheListFromDropping)
+{
+    Door door = OpenWith(materials);
+    for (int id : {CHOICE, COMBO}) {
+        for (bool clears : {true, false}) {
+            Drop(id)->TakeFocus();
+            onHeard = [this, id, clears](int code) {
+                if (code == WIN_CBN_DROPDOWN && clears)
+                    Drop(id)->ClearList();
+                else if (code == WIN_CBN_DROPDOWN)
+                    Drop(id)->EnableWindow(false);
+            };
+            Forget();
+            door.Press("F4");
+            EXPECT_EQ(Codes(id), "7 8") << id << clears;
+            EXPECT_FALSE(door.IsDropped(id));
+            Drop(id)->EnableWindow(true);
+            Drop(id)->AddString("neu");
+        }
+    }
+    onHeard = [this](int code) {
+        if (code == WIN_CBN_DROPDOWN)
+            choice->AddString("im letzten Augenblick");
+    };
+    choice->TakeFocus();
+    door.Press("F4");
+    EXPECT_TRUE(door.IsDropped(CHOICE));
+    EXPECT_EQ(door.Entries(CHOICE).back(), "im letzten Augenblick");
+}
+
+TEST_F(Lists, WhatIsDisabledOrHiddenDoesNotDrop)
+{
+    Door door = OpenWith(materials);
+    for (int id : {CHOICE, COMBO}) {
+        Drop(id)->EnableWindow(false);
+        Forget();
+        Drop(id)->ShowList(true);
+        EXPECT_FALSE(door.IsDropped(id));
+        Drop(id)->EnableWindow(true);
+        Drop(id)->ShowWindow(false);
+        Drop(id)->ShowList(true);
+        EXPECT_FALSE(door.IsDropped(id));
+        EXPECT_EQ(Codes(id), "");
+    }
+}
+
+TEST_F(Lists, AnEntryIsAddedWholeOrNotAtAll)
+{
+    OpenWith(materials);
+    auto count = [this] { return choice->GetCount() + 1000 * box->GetCount(); };
+    int before = 0;
+    int faults =
+        SweepFaults([&] { before = count(); },
+                    [&] {
+                        Guarded([&] { choice->AddString("ein Eintrag, für den Speicher nötig ist"); });
+                        if (!XPending())
+                            Guarded([&] { box->AddString("ein Eintrag, für den Speicher nötig ist"); });
+                    },
+                    [&](const FaultRun &run) {
+                        EXPECT_STREQ(run.code, run.fired > 0 ? XALLOC : XNULL);
+                        int added = count() - before;
+                        EXPECT_TRUE(added == 0 || added == 1 || added == 1001) << added;
+                        EXPECT_EQ(added == 1001, run.fired == 0);
+                        EXPECT_EQ(choice->GetSelIndex(), -1);
+                    });
+    EXPECT_GT(faults, 2);
 }
 
 TEST_F(Lists, ADialogThatGoesWithItsListOpenReportsNothing)
