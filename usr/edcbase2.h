@@ -164,12 +164,15 @@ private:
     void RightUp(unsigned keys, TPoint point);
     void MouseMove(unsigned keys, TPoint point);
     void CallTool(ToolEvent event, unsigned keys, TPoint point);
+    void PressTool(ToolEvent event, unsigned keys, TPoint point);
     void PrepareOpenedDC();
     void UpdateAutoScroll(TPoint point);
     void PressCapture();
     void ReleaseIfUp();
     void EndGesture();
     void HideGesture(bool on);
+    void PaintPending();
+    void RefreshUnderGesture();
     void ZoomAt(TPoint point, double notches);
     // edcbase2.cpp
     void Work();

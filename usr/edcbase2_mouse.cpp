@@ -45,7 +45,7 @@ void TEdcDocument::MouseMessage(MouseWork work, unsigned keys, TPoint point)
     __enter
         std::invoke(work, this, keys, point); __test;
         if (!passes) {
-            Refresh(0); __test;
+            RefreshUnderGesture(); __test;
         }
     __point
         failed = true;
@@ -92,15 +92,40 @@ void TEdcDocument::EvMouseMove(unsigned keys, TPoint point)
         MouseMessage(&TEdcDocument::MouseMove, keys, point);
 }
 
-/// What is still to be painted, say because the press gave the window the focus, is painted before a tool draws
-/// over it: painting in the middle of a gesture would take away half of what the tool takes back later.
+/// Painting in the middle of a gesture would take away half of what its tool has drawn and takes back later:
+/// what is still to be painted is painted before the tool draws, and what comes up on the way while it is
+/// hidden.
+void TEdcDocument::PaintPending()
+{
+    __enter
+        Refresh(0); __test;
+        UpdateWindow(); __test;
+    __point
+    __treat
+}
+
+void TEdcDocument::RefreshUnderGesture()
+{
+    bool paints = openedBlk && IsObsolete(EDC_PAINT);
+    __enter
+        if (paints) {
+            HideGesture(true); __test;
+        }
+        Refresh(0); __test;
+        if (paints) {
+            HideGesture(false); __test;
+        }
+    __point
+    __treat
+}
+
 void TEdcDocument::LeftDown(unsigned keys, TPoint point)
 {
     __enter
         leftDown = BUTTON_DOWN;
         if (openedBlk) {
-            UpdateWindow();
-            CallTool(TOOL_LEFT_DOWN, keys, point); __test;
+            PaintPending(); __test;
+            PressTool(TOOL_LEFT_DOWN, keys, point); __test;
         } else if (!autoScroll) {
             SelectBlock(HitTest(point)); __test;
         }
@@ -140,9 +165,10 @@ void TEdcDocument::RightDown(unsigned keys, TPoint point)
 {
     __enter
         rightDown = BUTTON_DOWN;
-        if (openedBlk)
-            UpdateWindow();
-        CallTool(TOOL_RIGHT_DOWN, keys, point); __test;
+        if (openedBlk) {
+            PaintPending(); __test;
+            PressTool(TOOL_RIGHT_DOWN, keys, point); __test;
+        }
         if (leftDown == BUTTON_UP)
             PressCapture();
     __point
@@ -165,6 +191,8 @@ void TEdcDocument::MouseMove(unsigned keys, TPoint point)
         bool former = autoScroll;
         UpdateAutoScroll(point);
         if (autoScroll != former) {
+            if (!autoScroll)
+                UpdateWindow();
             CallTool(autoScroll ? TOOL_OUTSIDE : TOOL_INSIDE, keys, point); __test;
         }
         CallTool(TOOL_MOVE, keys, point); __test;
@@ -209,6 +237,18 @@ void TEdcDocument::CallTool(ToolEvent event, unsigned keys, TPoint point)
             break;
         }
         __test;
+    __point
+    __treat
+}
+
+/// A press takes the pointer for inside; under the other button it may be elsewhere.
+void TEdcDocument::PressTool(ToolEvent event, unsigned keys, TPoint point)
+{
+    __enter
+        CallTool(event, keys, point); __test;
+        if (autoScroll) {
+            CallTool(TOOL_OUTSIDE, keys, point); __test;
+        }
     __point
     __treat
 }

@@ -136,12 +136,19 @@ void TEdcSpriteSelector::LeftUp(TDC &dc, unsigned keys, TPoint point)
 }
 
 /// The first press of the two has picked.
-void TEdcSpriteSelector::LeftDouble(TDC &, unsigned, TPoint)
+void TEdcSpriteSelector::LeftDouble(TDC &dc, unsigned keys, TPoint point)
 {
     if (!layer || rightState != IDLE)
         return;
-    leftState = DOUBLE;
-    outside = false;
+    __enter
+        if (dragging || rubber) {
+            TakeBack(dc, keys, point); __test;
+        }
+        leftState = DOUBLE;
+        outside = false;
+    __point
+        Forget();
+    __treat
 }
 
 void TEdcSpriteSelector::RightDown(TDC &dc, unsigned keys, TPoint point)

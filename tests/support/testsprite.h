@@ -52,15 +52,16 @@ public:
     const std::string name;
     TRect place; // px
     SpriteLog &log;
+    int number = 0;     // what a test calls it; a copy that a drag makes has none
     bool draws = true;  // else it only logs
-    bool drags = false; // takes part in a drag
+    bool drags = false;  // takes part in a drag
+    bool hidden = false; // and is not to be seen
 
 private:
     void Step(const char *what, unsigned mode, TPoint start, TPoint shift);
     void Ghost(TDC &dc) const;
     void Drop(unsigned mode);
 
-    bool hidden = false;
     TPoint offset; // px, of the drag
 };
 

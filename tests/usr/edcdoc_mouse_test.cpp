@@ -1,66 +1,14 @@
-#include "lib/platform.h"
-#include "support/programtables.h"
-#include "support/testblock.h"
-#include "usr/edcutils.h"
+#include "mousefixture.h"
 #include "win/application.h"
 #include "win/boxes.h"
 #include "win/testdoor.h"
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <cstdlib>
-#include <vector>
 
 namespace
 {
-/// Two blocks of 300 x 300 pixels below each other in a window of 200 x 150; the first one has a tool, the
-/// second one is executed.
-class Mouse : public testing::Test
-{
-protected:
-    void SetUp() override
-    {
-        a = doc.Append("a", EDC_BoSELECT, 3.125, 3.125);
-        b = doc.Append("b", EDC_BoSELECT | EDC_BoEXECUTE | EDC_BoROW, 3.125, 3.125);
-        a->tool = &tool;
-        doc.docZoom.SetCustom(100);
-        doc.blockZoom.SetCustom(100);
-        if (!doc.IsCreated())
-            doc.Create();
-        testdoor::ResizeClient(doc, {200, 150});
-        doc.Start("C:\\x.tst");
-        testdoor::Settle();
-        testdoor::PendingScripts();
-        testdoor::UnexpectedBoxes();
-    }
-    void TearDown() override
-    {
-        EXPECT_EQ(testdoor::PendingScripts(), 0);
-        EXPECT_EQ(testdoor::UnexpectedBoxes(), 0);
-        EXPECT_FALSE(doc.HasCapture());
-    }
-    void OpenA()
-    {
-        doc.OpenBlock(a);
-        doc.Refresh(0);
-        testdoor::Settle();
-        doc.log.Take();
-    }
-    void ExpectIdle(const char *when)
-    {
-        EXPECT_EQ(doc.leftDown, 0) << when;
-        EXPECT_EQ(doc.rightDown, 0) << when;
-        EXPECT_FALSE(doc.autoScroll) << when;
-        EXPECT_FALSE(doc.HasCapture()) << when;
-    }
-
-    TTestDoc doc;
-    TTestTool tool{"t", doc.log};
-    TTestBlock *a;
-    TTestBlock *b;
-};
-
 TEST_F(Mouse, APressSelectsTheBlockUnderThePointer)
 {
     testdoor::Press(doc, {10, 10});
@@ -332,71 +280,6 @@ TEST_F(Mouse, IdleTimeScrollsOnceInAHundredAndFiftyMilliseconds)
     EXPECT_FALSE(doc.IdleAction(0));
 }
 
-TEST_F(Mouse, WhatAToolDrawsComesOffAgainAlsoWhereTheDocumentIsScrolledUnderIt)
-{
-    a->onPaint = [](TDC &dc) {
-        for (int x = 0; x < 300; x += 7)
-            dc.FillRect({x, 0, x + 2, 300}, SolidBrush({90, 30, 160}));
-    };
-    OpenA();
-    TPoint end = {30, 30};
-    auto toggle = [&](TDC &dc) {
-        dc.SetMix(WIN_MIX_XOR);
-        dc.SetPen({.color = WIN_WHITE});
-        dc.Line({20, 20}, end);
-    };
-    testdoor::Press(doc, {50, 50});
-    bool hidden = false;
-    tool.drawing = [&](TDC &dc) {
-        if (hidden)
-            return;
-        toggle(dc);
-        end = tool.lastPoint;
-        toggle(dc);
-    };
-    tool.hiding = [&](TDC &dc, bool outside) {
-        hidden = outside;
-        toggle(dc);
-    };
-    toggle(*doc.openedDC);
-    for (TPoint at : {TPoint{150, 100}, TPoint{240, 160}, TPoint{260, 180}, TPoint{190, 140}, TPoint{60, 20}}) {
-        testdoor::Move(doc, at, 0, true);
-        doc.scrollTick -= 1000;
-        doc.IdleAction(0);
-        testdoor::Wheel(doc, {50, 50}, -1);
-        testdoor::Wheel(doc, {50, 50}, 1, WIN_KEY_SHIFT);
-        testdoor::Key(doc, "Down");
-        testdoor::Key(doc, "Right");
-    }
-    EXPECT_GT(doc.Scroller()->XPos(), 0);
-    EXPECT_GT(doc.Scroller()->YPos(), 0);
-    EXPECT_FALSE(hidden);
-    tool.drawing = toggle;
-    testdoor::Release(doc, {100, 100});
-    std::vector<TColor> now = testdoor::Pixels(doc);
-    doc.Invalidate();
-    testdoor::Settle();
-    EXPECT_TRUE(now == testdoor::Pixels(doc));
-}
-
-TEST_F(Mouse, ScrollingInADragHidesWhatTheToolDraws)
-{
-    OpenA();
-    doc.EvMouseWheel(0, {50, 50}, 0, -1);
-    EXPECT_EQ(doc.log.Take(), "");
-    doc.EvLButtonDown(0, {10, 10});
-    doc.log.Take();
-    doc.EvMouseWheel(0, {50, 50}, 0, -1);
-    EXPECT_EQ(doc.log.Take(), "t.outside t.inside ");
-    doc.EvKeyDown(WIN_VK_DOWN, 0);
-    EXPECT_EQ(doc.log.Take(), "t.outside t.inside ");
-    doc.EvMouseMove(0, {-5, 10});
-    doc.log.Take();
-    doc.EvMouseWheel(0, {50, 50}, 0, -1); // it is hidden there
-    EXPECT_EQ(doc.log.Take(), "");
-    doc.EvLButtonUp(0, {10, 10});
-}
-
 struct Broken {
     const char *failing;
     const char *calls; // of press, move, leave, release
@@ -471,28 +354,6 @@ TEST_F(Mouse, AFailingActivationIsReportedAndTheButtonsAreUp)
     ExpectIdle("failed");
 }
 
-TEST_F(Mouse, ALostMouseCancelsTheGestureForTheTool)
-{
-    OpenA();
-    doc.EvLButtonDown(0, {10, 10});
-    doc.log.Take();
-    doc.EvCaptureLost();
-    EXPECT_EQ(doc.log.Take(), "t.outside t.up ");
-    ExpectIdle("lost inside");
-
-    doc.EvRButtonDown(0, {10, 10});
-    doc.EvMouseMove(0, {10, -10});
-    doc.log.Take();
-    doc.EvCaptureLost();
-    EXPECT_EQ(doc.log.Take(), "t.rup ");
-    ExpectIdle("lost outside");
-
-    doc.EvCaptureLost(); // nothing to lose
-    EXPECT_EQ(doc.log.Take(), "");
-    doc.EvMouseMove(0, {10, 10});
-    EXPECT_EQ(doc.log.Take(), "t.move ");
-}
-
 TEST_F(Mouse, AnotherProgramThatComesToTheFrontEndsTheDrag)
 {
     OpenA();
@@ -552,78 +413,6 @@ TEST_F(Mouse, AToolMayCloseItsBlock)
         EXPECT_EQ(doc.openedDC, nullptr) << event.word;
         EXPECT_EQ(doc.obsolete, 0) << event.word;
         doc.EvCaptureLost();
-    }
-}
-
-/// Menu keys behind a document that is shown in a frame of the program's menus.
-class MouseAndKeys : public Mouse
-{
-protected:
-    MouseAndKeys() : frame("Probe", doc)
-    {
-        EdcUseResources();
-        TestApplication().SetMainWindow(&frame);
-        frame.AssignMenu(1000);
-        frame.Create();
-    }
-    ~MouseAndKeys() override
-    {
-        TestApplication().SetMainWindow(NULL);
-        SetResTextSink(NULL);
-    }
-
-    ProgramTables tables;
-    TDecoratedFrame frame;
-};
-
-TEST_F(MouseAndKeys, EscTakesAGestureBackAndClosesTheBlockWhenNoButtonIsDown)
-{
-    const struct {
-        const char *name;
-        testdoor::Button button;
-        bool outside;
-        const char *calls; // of Esc
-    } rows[] = {
-        {"left", testdoor::LEFT, false, "t.outside t.up "},
-        {"right", testdoor::RIGHT, false, "t.outside t.rup "},
-        {"left, outside", testdoor::LEFT, true, "t.up "},
-        {"right, outside", testdoor::RIGHT, true, "t.rup "},
-    };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.name);
-        OpenA();
-        bool left = row.button == testdoor::LEFT;
-        testdoor::Press(doc, {10, 10}, row.button);
-        testdoor::Move(doc, row.outside ? TPoint{-10, 20} : TPoint{20, 20}, 0, left, !left);
-        doc.log.Take();
-        tool.onEvent = [&] { doc.Obsolete(EDC_PAINT); };
-        testdoor::Key(doc, "Esc");
-        tool.onEvent = NULL;
-        EXPECT_EQ(doc.log.Take(), row.calls);
-        EXPECT_EQ(doc.openedBlk, a);
-        EXPECT_EQ(doc.obsolete, 0);
-        ExpectIdle("taken back");
-        testdoor::Release(doc, {20, 20}, row.button);
-        EXPECT_EQ(doc.log.Take(), "");
-        testdoor::Key(doc, "Esc");
-        EXPECT_EQ(doc.log.Take(), "a.command20035 a.close ");
-        EXPECT_EQ(doc.openedBlk, nullptr);
-    }
-}
-
-TEST_F(Mouse, AFailureWhileAGestureIsTakenBackLeavesTheWindowUsable)
-{
-    for (const char *failing : {"t.outside", "t.up"}) {
-        OpenA();
-        TestHook hook;
-        doc.EvLButtonDown(0, {10, 10});
-        doc.log.failing = failing;
-        doc.EvKeyDown(WIN_VK_ESCAPE, 0);
-        EXPECT_EQ(hook.Reports(), 1) << failing;
-        ExpectIdle(failing);
-        doc.log.failing.clear();
-        doc.CloseBlock();
-        doc.Refresh(0);
     }
 }
 
