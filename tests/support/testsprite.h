@@ -52,8 +52,8 @@ public:
     const std::string name;
     TRect place; // px
     SpriteLog &log;
-    int number = 0;     // what a test calls it; a copy that a drag makes has none
-    bool draws = true;  // else it only logs
+    int number = 0;      // what a test calls it; a copy that a drag makes has none
+    bool draws = true;   // else it only logs
     bool drags = false;  // takes part in a drag
     bool hidden = false; // and is not to be seen
 
