@@ -141,9 +141,9 @@ public:
 
     bool HasEdit() const;                          // by its style
     int AddString(const char *text);               // @return its index, below 0 where there is no window
-    int InsertString(int index, const char *text); // whatever the order of the list
-    void DeleteString(int index);
-    void ClearList();
+    int InsertString(int index, const char *text); // whatever the order of the list; below 0 beside it
+    void DeleteString(int index); // of the selected entry: none is then, but an edit field keeps its text
+    void ClearList();             // and the edit field
     int GetCount() const;
     std::string GetString(int index) const; // "" beside the list
     void SetItemData(int index, int data);
@@ -152,7 +152,7 @@ public:
     void SetSelIndex(int index);             // -1 for none, which empties the edit field
     void SetText(const char *text) override; // of the edit field; unselects
     void SetEditSelection(int start, int end);
-    void ShowList(bool drop);
+    void ShowList(bool drop); // reported as if the user had
     /// What a number field does with the comma key; called by those that have a validator.
     void SetInputRules(const TValidator *validator); // view, must outlive the window; NULL for none
     void SetupWindow() override;
