@@ -84,6 +84,7 @@ struct Shown {
     TPlanLayer &layer() { return doc.plan->rects; }
     void Repaint()
     {
+        doc.Refresh(EDC_PAINT);
         doc.Invalidate();
         doc.UpdateWindow();
     }
