@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 #include "lib/xon.h"
 
@@ -19,7 +20,7 @@ struct TEdcDrawAlignNode {
     AgPOINT target;                // m, where its anchor is to come
     double param = 0;              // m, along the line
 };
-using NODES = ARRAY<TEdcDrawAlignNode *>; // owns them
+using NODES = std::vector<TEdcDrawAlignNode>;
 
 /// The line, and what is to be done along it.
 struct GUIDE {
@@ -55,32 +56,22 @@ void Measure(TEdcDrawAlignNode &node, const GUIDE &guide)
     __treat
 }
 
-void FreeNodes(NODES &desc)
-{
-    for (int i = 0; i < desc.Count(); ++i)
-        delete desc[i];
-    desc.Clear();
-}
-
 /// The selection in the order of selecting, or as it lies along the line.
 void MakeNodes(NODES &desc, const TEdcSpriteLayer &layer, const GUIDE &guide)
 {
-    TEdcDrawAlignNode *node = NULL; // ours until the array has it
     __enter
-        ASSERT(desc.Size() == 0);
+        ASSERT_AS(desc.empty(), "desc.Size() == 0");
         for (TEdcSprite *spr = layer.SelFirst(); spr; spr = spr->selNext) {
-            node = new TEdcDrawAlignNode;
-            node->sprite = static_cast<TEdcDrawSprite *>(spr);
-            Measure(*node, guide); __test;
-            desc.Insert(node); __test;
-            node = NULL;
+            TEdcDrawAlignNode node;
+            node.sprite = static_cast<TEdcDrawSprite *>(spr);
+            Measure(node, guide); __test;
+            desc.push_back(node);
         }
         bool spreads = (guide.spec.mode & TEdcDrawAlign::STRETCH) != 0;
-        if (desc.Count() > 1 && spreads && !(guide.spec.mode & TEdcDrawAlign::SELORDER))
-            std::stable_sort(desc + 0, desc + desc.Count(),
-                             [](const auto *a, const auto *b) { return a->param < b->param; });
+        if (spreads && !(guide.spec.mode & TEdcDrawAlign::SELORDER))
+            std::stable_sort(desc.begin(), desc.end(),
+                             [](const auto &a, const auto &b) { return a.param < b.param; });
     __point
-        delete node;
     __treat
 }
 
@@ -90,14 +81,14 @@ void ForEachNode(NODES &desc, const TEdcSprite *focus, WORK work)
 {
     __enter
         TEdcDrawAlignNode *focusNode = NULL;
-        for (int i = 0; i < desc.Count(); ++i)
-            if (desc[i]->sprite == focus)
-                focusNode = desc[i];
+        for (TEdcDrawAlignNode &node : desc)
+            if (node.sprite == focus)
+                focusNode = &node;
         ASSERT(focusNode != NULL);
         work(*focusNode); __test;
-        for (int i = 0; i < desc.Count(); ++i)
-            if (desc[i] != focusNode) {
-                work(*desc[i]); __test;
+        for (TEdcDrawAlignNode &node : desc)
+            if (&node != focusNode) {
+                work(node); __test;
             }
     __point
     __treat
@@ -119,19 +110,22 @@ void TurnNode(TEdcDrawAlignNode &node, const GUIDE &guide)
 
 void SpreadNodes(NODES &desc, const GUIDE &guide)
 {
-    int n = desc.Count();
+    auto n = static_cast<double>(desc.size());
     bool gaps = (guide.spec.mode & TEdcDrawAlign::GAPS) != 0;
     double room = guide.length; // m, what the steps have to fill
-    for (int i = 0; gaps && i < n; ++i)
-        room -= desc[i]->desc.size.x;
+    if (gaps)
+        for (const TEdcDrawAlignNode &node : desc)
+            room -= node.desc.size.x;
     double step = n < 2 ? 0 : room / (n - 1);
     if (guide.spec.mode & TEdcDrawAlign::VALUE)
         step = guide.spec.value;
     double t = 0; // m, where the next one begins
-    for (int i = 0; i < n; ++i) {
-        double width = desc[i]->desc.size.x;
-        Place(*desc[i], guide, gaps ? t + width / 2 : i * step);
+    double i = 0;
+    for (TEdcDrawAlignNode &node : desc) {
+        double width = node.desc.size.x;
+        Place(node, guide, gaps ? t + width / 2 : i * step);
         t += width + step;
+        ++i;
     }
 }
 
@@ -169,9 +163,7 @@ void TEdcDrawLayer::Align(const TEdcDrawAlign &spec)
         ForEachNode(desc, focus, [&guide](TEdcDrawAlignNode &node) { MoveNode(node, guide); }); __test;
         RepaintSelection(NULL); __test;
         AppDocument()->Obsolete(EDC_LAYOUT);
-        FreeNodes(desc);
     __point
-        FreeNodes(desc);
         AppDocument()->Obsolete(EDC_LAYOUT);
     __treat
 }
