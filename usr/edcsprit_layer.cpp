@@ -52,7 +52,7 @@ TEdcSpriteLayer::TEdcSpriteLayer(int aId, uint16_t anOptions) : id(aId), options
 TEdcSpriteLayer::~TEdcSpriteLayer()
 {
     while (lnkFirst)
-        delete lnkFirst;
+        delete lnkFirst; // NOLINT(clang-analyzer-cplusplus.NewDelete): it takes itself out of the list
 }
 
 void TEdcSpriteLayer::Reset()
@@ -209,7 +209,8 @@ void TEdcSpriteLayer::DeleteAll(bool discard)
 {
     __enter
         while (lnkFirst) {
-            Delete(lnkFirst, discard); __test;
+            Delete(lnkFirst, discard); // NOLINT(clang-analyzer-cplusplus.NewDelete): as in the destructor
+            __test;
         }
     __point
     __treat
@@ -219,7 +220,8 @@ void TEdcSpriteLayer::DeleteSelected(bool discard)
 {
     __enter
         while (selFirst) {
-            Delete(selFirst, discard); __test;
+            Delete(selFirst, discard); // NOLINT(clang-analyzer-cplusplus.NewDelete): as in the destructor
+            __test;
         }
     __point
     __treat
