@@ -167,6 +167,8 @@ const Row rows[] = {
     {"the left button takes a menu back", "", 0, "R+A L+A L-A R-A", "", "bcda a a", "0 0 outside"},
     {"outside the drag is hidden already", "a", 'a', "L+A M16,15 O+ R+-9,15 R--9,15 L--9,15",
      "a.begin1@15,15+1,0 a.drag1@15,15+1,0 a.hide a.drop1@15,15+-24,0 ", "bcda a a", "0 0 outside"},
+    {"for the left button too", "a", 'a', "R+A M16,15 O+ L+-9,15 L--9,15 R--9,15",
+     "a.begin2@15,15+1,0 a.drag2@15,15+1,0 a.hide a.drop2@15,15+-24,0 ", "bcda a a", "0 0 outside"},
     {"then a press begins anew", "a", 'a', "L+A M16,15 R+16,15 R-16,15 L-16,15 L+A M15,16 L-15,16",
      "a.begin1@15,15+1,0 a.drag1@15,15+1,0 a.hide a.drop1@15,15+1,0 a.begin1@15,15+0,1 a.drag1@15,15+0,1 "
      "a.drop1@15,15+0,1 ",
@@ -442,7 +444,7 @@ TEST_F(Selector, ADropThatFailsLeavesNothingDragging)
 
 TEST_F(Selector, AFailedDragIsTakenBackAndMovesNothing)
 {
-    for (int n = 1; n <= 4; ++n) { // begin and drag of both
+    for (int n = 1; n <= 6; ++n) { // the handles, begin and drag of both
         Fill({"", "ab", 'a', NULL, NULL, NULL, NULL});
         Send(ParseGesture("L+A", Place)[0]);
         log.failAt = n;
@@ -455,6 +457,59 @@ TEST_F(Selector, AFailedDragIsTakenBackAndMovesNothing)
         for (const auto &spr : sprites)
             EXPECT_EQ(static_cast<TTestSprite *>(ByName(ly, spr.name[0]))->place, spr.place);
     }
+}
+
+TEST_F(Selector, APressBehindAFailedDragBeginsItsOwn)
+{
+    for (const char *press : {"L+B M56,15 L-56,15", "R+B M56,15 R-56,15"}) {
+        Fill({"", "a", 'a', NULL, NULL, NULL, NULL});
+        Send(ParseGesture("L+A", Place)[0]);
+        log.failAt = 4; // the handles went and came, a has begun
+        selector.MouseMove(dc, 0, {16, 15});
+        EXPECT_EQ(TakeFailure(), XALLOC);
+        EXPECT_TRUE(AnyDrags());
+        log.Take();
+        for (const GestureEvent &event : ParseGesture(press, Place))
+            Send(event);
+        std::string mode = press[0] == 'L' ? "1" : "2";
+        EXPECT_EQ(Deeds(log.Take()), "a.hide a.drop1@15,15+40,0 b.begin" + mode + "@55,15+1,0 b.drag" + mode +
+                                         "@55,15+1,0 b.drop" + mode + "@55,15+1,0 ");
+        EXPECT_FALSE(AnyDrags());
+    }
+}
+
+TEST_F(Selector, ADragThatCannotEvenBeTakenBackIsLeftAlone)
+{
+    Fill({"", "a", 'a', NULL, NULL, NULL, NULL});
+    for (const GestureEvent &event : ParseGesture("L+A M16,15", Place))
+        Send(event);
+    log.onwards = true;
+    log.failAt = 1;
+    selector.MouseMove(dc, 0, {17, 15});
+    EXPECT_EQ(TakeFailure(), XALLOC);
+    selector.LeftUp(dc, 0, {17, 15});
+    EXPECT_EQ(TakeFailure(), XALLOC);
+    EXPECT_TRUE(selector.IsIdle());
+    log.onwards = false;
+    log.failAt = 0;
+    log.Take();
+    Send(ParseGesture("L+E", Place)[0]);
+    EXPECT_EQ(Deeds(log.Take()), "");
+    EXPECT_EQ(static_cast<TTestSprite *>(ByName(ly, 'a'))->place, sprites[0].place);
+}
+
+TEST_F(Selector, ABandStaysABandWhereAFocusComesUnderIt)
+{
+    Fill(rows[0]);
+    for (const GestureEvent &event : ParseGesture("L+E M5,5", Place))
+        Send(event);
+    ly.SelectAll(true, NULL);
+    ly.SetFocus(ly.LnkFirst(), NULL);
+    for (const GestureEvent &event : ParseGesture("M6,6 M40,5 L-40,5", Place))
+        Send(event);
+    EXPECT_EQ(Deeds(log.Take()), "");
+    EXPECT_TRUE(selector.IsIdle());
+    EXPECT_TRUE(ly.IsSound());
 }
 
 /// The same gestures with real events, in a window.
