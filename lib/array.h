@@ -149,6 +149,7 @@ int ARRAY<T>::Resize(int sz)
             }
             delete[] data;
             data = fresh;
+            fresh = NULL;
             size = sz;
             if (count > size)
                 count = size;
