@@ -150,7 +150,7 @@ double EdcPixelToInch(int pixels, double scale, int dpi)
     return static_cast<double>(pixels) / dpi / scale;
 }
 
-TColor TColorScale::Color(int index) const
+TColor TEdcColorScale::Color(int index) const
 {
     ASSERT(palette != NULL);
     ASSERT(index >= 0 && index < size);
@@ -177,7 +177,7 @@ void TEdcPalette::SetColors(int n)
     __treat
 }
 
-void TEdcPalette::Add(uint8_t red, uint8_t green, uint8_t blue, TColorScale *scale, uint8_t flags)
+void TEdcPalette::Add(uint8_t red, uint8_t green, uint8_t blue, TEdcColorScale *scale, uint8_t flags)
 {
     ASSERT(defs != NULL);
     if (count < colors)

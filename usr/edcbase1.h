@@ -169,7 +169,7 @@ public:
 };
 
 /// A run of colours in the composed palette. Composition fills it in.
-class TColorScale
+class TEdcColorScale
 {
 public:
     int first = 0; // index into the composed palette
@@ -186,7 +186,7 @@ struct TEdcColorDef {
     uint8_t green;
     uint8_t blue;
     uint8_t flags;
-    TColorScale *scale; // view; what the colour belongs to, may be NULL
+    TEdcColorScale *scale; // view; what the colour belongs to, may be NULL
 };
 
 /// Colours that one part of the application registers with the document.
@@ -198,7 +198,7 @@ public:
     TEdcPalette &operator=(const TEdcPalette &) = delete;
     ~TEdcPalette();
     void SetColors(int n); // room for n
-    void Add(uint8_t red, uint8_t green, uint8_t blue, TColorScale *scale,
+    void Add(uint8_t red, uint8_t green, uint8_t blue, TEdcColorScale *scale,
              uint8_t flags = 0); // more than that: ignored
     void Select(TDC &dc) const;  // into devices that have a palette
 

@@ -137,11 +137,11 @@ void TEdcDocument::AddPalette(TEdcPalette *pal)
 void TEdcDocument::PlaceScales()
 {
     int index = 0;
-    const TColorScale *former = NULL;
+    const TEdcColorScale *former = NULL;
     for (TEdcPalette *pal = regpal; pal; pal = pal->next) {
         pal->compal = compal;
         for (int i = 0; i < pal->count; ++i, ++index) {
-            TColorScale *scaleOf = pal->defs[i].scale;
+            TEdcColorScale *scaleOf = pal->defs[i].scale;
             if (scaleOf && scaleOf != former) {
                 scaleOf->first = index;
                 scaleOf->size = 0;

@@ -110,7 +110,7 @@ void TPlanBlock::Paint(TDC &dc, const TRect &part)
     __treat
 }
 
-TMapBlock::TMapBlock(const TColorScale &aColors) : colors(aColors), picture(MAP_WIDTH, MAP_HEIGHT)
+TMapBlock::TMapBlock(const TEdcColorScale &aColors) : colors(aColors), picture(MAP_WIDTH, MAP_HEIGHT)
 {
     Fill();
 }

@@ -63,7 +63,7 @@ private:
 class TMapBlock : public TEdcBlock
 {
 public:
-    explicit TMapBlock(const TColorScale &aColors);
+    explicit TMapBlock(const TEdcColorScale &aColors);
     void Layout(TDC &dc, TEdcSize &trueSize, double scale) override;
     void Paint(TDC &dc, const TRect &part) override;
     void Print(TDC &dc, const TRect &part) override;
@@ -73,7 +73,7 @@ public:
 
 private:
     void Fill();
-    const TColorScale &colors;
+    const TEdcColorScale &colors;
     TEdcPicture picture;
     bool printed = false;
 };
@@ -102,7 +102,7 @@ public:
 private:
     TEdcTextBlock *AddText(const char *text, const TEdcFontRec &font, unsigned options, double top);
     TEdcFontRec fontTitle, fontHeading, fontBody;
-    TColorScale mapColors;
+    TEdcColorScale mapColors;
     TEdcPalette palette;
 };
 

@@ -409,7 +409,7 @@ TEST(DocumentPaper, ThePageIsThePaperLessItsMargins)
 TEST(DocumentPalette, ScalesGetTheirPlacesInTheComposedPalette)
 {
     TTestDoc doc;
-    TColorScale red, green, late;
+    TEdcColorScale red, green, late;
     TEdcPalette first, second;
     first.SetColors(3);
     first.Add(1, 2, 3, &red);
@@ -434,7 +434,7 @@ TEST(DocumentPalette, ScalesGetTheirPlacesInTheComposedPalette)
     EXPECT_EQ(late.size, 3);
     EXPECT_EQ(red.first, 4);
     EXPECT_EQ(red.size, 2);
-    for (const TColorScale *scale : {&red, &green, &late})
+    for (const TEdcColorScale *scale : {&red, &green, &late})
         EXPECT_EQ(scale->palette, doc.compal);
     EXPECT_EQ(first.compal, doc.compal);
     EXPECT_EQ(second.compal, doc.compal);
@@ -444,7 +444,7 @@ TEST(DocumentPalette, ScalesGetTheirPlacesInTheComposedPalette)
 TEST(DocumentPalette, ComposingAgainTakesTheFormerPalettesPlace)
 {
     TTestDoc doc;
-    TColorScale scale;
+    TEdcColorScale scale;
     TEdcPalette one, two;
     one.SetColors(1);
     one.Add(1, 1, 1, &scale);

@@ -100,7 +100,7 @@ TEST_F(DocumentFaults, ADocumentIsOpenWithItsNameOrThereIsNone)
 
 TEST_F(DocumentFaults, AComposedPaletteStaysUntilTheNextOneIsWhole)
 {
-    TColorScale scale;
+    TEdcColorScale scale;
     TEdcPalette one, two;
     one.SetColors(1);
     one.Add(1, 2, 3, &scale);

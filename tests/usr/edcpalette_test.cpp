@@ -16,7 +16,7 @@ const char *const SOURCE = "usr/edcbase1.cpp";
 
 TEST(TEdcPalette, TakesColoursUpToItsCapacityAndIgnoresMore)
 {
-    TColorScale scale;
+    TEdcColorScale scale;
     TEdcPalette palette;
     EXPECT_EQ(palette.colors, 0);
     palette.SetColors(2);
@@ -32,7 +32,7 @@ TEST(TEdcPalette, TakesColoursUpToItsCapacityAndIgnoresMore)
     EXPECT_EQ(palette.defs[0].scale, &scale);
     EXPECT_EQ(palette.defs[1].red, 5);
     EXPECT_EQ(palette.defs[1].flags, 0);
-    EXPECT_EQ(palette.defs[1].scale, static_cast<TColorScale *>(NULL));
+    EXPECT_EQ(palette.defs[1].scale, static_cast<TEdcColorScale *>(NULL));
 }
 
 TEST(TEdcPalette, StartsOverWithANewCapacity)
@@ -83,10 +83,10 @@ TEST(TEdcPalette, IsSelectedOnlyIntoDevicesThatHaveOne)
     EXPECT_EQ(dc.calls, "Palette 2\n");
 }
 
-TEST(TColorScale, FindsItsColoursInTheComposedPalette)
+TEST(TEdcColorScale, FindsItsColoursInTheComposedPalette)
 {
     TPalette composed{{{1, 1, 1}, {2, 2, 2}, {3, 3, 3}, {4, 4, 4}}};
-    TColorScale scale;
+    TEdcColorScale scale;
     scale.first = 1;
     scale.size = 2;
     scale.palette = &composed;
@@ -104,7 +104,7 @@ TEST(TEdcDocument, ComposesThePalettesOfItsPartsIntoOne)
 {
     TEdcDocument doc;
     SetAppDocument(&doc);
-    TColorScale plan, map;
+    TEdcColorScale plan, map;
     TEdcPalette a, b;
     a.SetColors(3);
     a.Add(10, 0, 0, &plan);
@@ -138,7 +138,7 @@ TEST(TEdcDocument, ComposedAgainHandsOutTheNewPalette)
 {
     TEdcDocument doc;
     SetAppDocument(&doc);
-    TColorScale first, second;
+    TEdcColorScale first, second;
     TEdcPalette a, b;
     a.SetColors(1);
     a.Add(1, 0, 0, &first);

@@ -1,0 +1,333 @@
+// The drawn blocks of the report: the floor plan with its irradiation map, the plans of the walls and of the
+// ceiling, and the maps of the hygiene evaluation. The floor plan runs the evaluation; it keeps raster and
+// classes as plain pixels (usr/zulpass.h), and pictures are painted from them. All maps have its raster: one
+// pixel a point.
+#ifndef USR_ZULROOM_H
+#define USR_ZULROOM_H
+
+#include "usr/edcbase1.h"
+#include "usr/edcitem.h"
+#include "usr/edcsprit.h"
+#include "usr/zuldlg.h"
+#include "usr/zulhygmaps.h"
+
+#include <memory>
+#include <vector>
+
+/// The colours of all plans and maps, registered with the document.
+class TZulRoomPalette : public TEdcPalette
+{
+public:
+    TZulRoomPalette();
+
+    TEdcColorScale hallColors;      // background of the hall's plan
+    TEdcColorScale mapColors;       // irradiation map, fine scale
+    TEdcColorScale mapColorsCoarse; // irradiation map, coarse scale
+    TEdcColorScale criterionColors; // criterion met, tolerance band, neither
+    TEdcColorScale greyColors;      // black-and-white output
+};
+
+/// A picture of colour indices as a bitmap in the colours of the composed palette.
+std::unique_ptr<TEdcPicture> ZulMakePicture(const ZulPixels &pixels, const TEdcColorScale &colors);
+
+/// The head of a drawn block: the logo in the right upper corner, the title left of it.
+class TZulPlanHead
+{
+public:
+    explicit TZulPlanHead(const char *aTitle); // copied, at most 255 characters
+    const char *Title() const { return title; }
+    /// Lays out the head in a block `width` px wide. @return its height, px: the taller of the two
+    int Layout(TDC &dc, int width, double scale);
+    void Paint(TDC &dc) const;
+
+private:
+    enum { TEXTMAX = 256 };
+    char title[TEXTMAX];
+    TEdcText titleText;
+    TEdcLogo logo;
+};
+
+/// Titles, steps and angles that the axes of all plans share.
+void ZulSetUpAxes(TEdcAxes &axes);
+/// A frame of one pixel round the model rectangle.
+void ZulFrame(TDC &dc, const TEdcAxes &axes, const AgPOINT &min, const AgPOINT &max);
+/// Pixels of a font of so many points on the device at the view's scale, at least 1.
+int ZulFontPixels(const TDC &dc, double points, double scale);
+
+/// The small plan that names the walls: a letter at each side of a solid rectangle.
+class TZulWallLetters
+{
+public:
+    void SetFont(const char *name, int size); // px; 0 counts as 1
+    void Layout(TDC &dc, const TRect &aRect);
+    void Paint(TDC &dc) const;
+    const TRect &Rect() const { return rect; }
+
+private:
+    enum { LETTERS = 4, NAMEMAX = 80 };
+    TRect rect;             // px, what it takes
+    TRect body;             // px, the hall
+    TPoint points[LETTERS]; // px, where the letters of string 4237 begin: bottom, right, top, left
+    char font[NAMEMAX] = "Arial";
+    int fontSize = 10; // px
+};
+
+/// The colour table of the irradiation map: rows of a colour and two texts, a line above and one below.
+class TColorScale
+{
+public:
+    enum { MAX = 20, TEXTMAX = 256 };
+
+    void Add(bool hasColor, TColor color, const char *str1, const char *str2); // more than MAX: ignored
+    void SetLines(const char *above, const char *below);
+    void SetFont(const char *name, int size); // px; 0 counts as 1
+    /// Places the table in `rect`, from its bottom up. @return its height, px
+    int Layout(TDC &dc, const TRect &rect);
+    void Paint(TDC &dc) const;
+    int Count() const { return count; }
+
+private:
+    struct ROW {
+        bool hasColor = false;
+        TColor color;
+        char text1[TEXTMAX] = "";
+        char text2[TEXTMAX] = "";
+        TRect rect1, rect2; // px
+        TRect swatch;
+    };
+    struct LINE {
+        char text[TEXTMAX] = "";
+        TRect rect; // px
+    };
+    int32_t count = 0;
+    ROW rows[MAX];
+    LINE line1, line2;
+    char font[TEXTMAX] = "Arial";
+    int fontSize = 1; // px
+};
+
+/// The table of a run that has a map. NULL where there is none.
+std::unique_ptr<TColorScale> ZulMakeColorScale(const ZulScaleTexts &texts, const TEdcColorScale &colors);
+
+/// One swatch of a legend with its label.
+struct TZulLegendBox {
+    enum { TEXTMAX = 256 };
+    char text[TEXTMAX] = "";
+    TColor color;
+    TEdcText label;
+    TRect box; // px, the swatch
+};
+
+class TZulLegend
+{
+public:
+    enum { MAX = 20, TEXTMAX = 256 };
+    enum { ROW = 1, COLUMN = 2 };
+
+    void SetTitle(const char *str);
+    void SetFont(const char *name, int size);    // px; 0 counts as 1
+    void Add(TColor color, const char *str);     // more than MAX: ignored
+    void Layout(TDC &dc, TRect &rect, int mode); // `rect`: what is offered, then what it takes, from its top
+    void MoveBy(int dx, int dy);                 // px
+    void Paint(TDC &dc) const;
+    int Count() const { return count; }
+    TRect Rect() const { return {topLeft.x, topLeft.y, bottomRight.x, bottomRight.y}; }
+
+private:
+    int32_t count = 0;
+    TZulLegendBox boxes[MAX];
+    char title[TEXTMAX] = "";
+    char font[TEXTMAX] = "Arial";
+    int fontSize = 10; // px
+    TEdcText titleText;
+    TPoint topLeft, bottomRight; // px
+};
+
+/// The floor plan. Its Update is the evaluation.
+class TZulRoomBlock : public TEdcBlock
+{
+public:
+    TZulRoomBlock(EmROOM *aRoom, TZulMapInfo *anInfo, TZulRoomPalette *aPalette, const char *aTitle);
+    ~TZulRoomBlock() override;
+    void Update(bool partial) override;
+    void Layout(TDC &dc, TEdcSize &trueSize, double scale) override;
+    void Paint(TDC &dc, const TRect &part) override;
+    void Print(TDC &dc, const TRect &part) override;
+    void Execute() override;
+    void Open() override;
+    void Close() override;
+    bool DoCommand(int id) override;
+    void EnableCommand(TCommandEnabler &ce) override;
+
+    EmROOM *Room() const { return room; }
+    TZulRoomPalette *Palette() const { return palette; }
+    const TZulMapInfo *Info() const { return info; }
+    bool IsValid() const { return valid; } // an evaluation has run in the last update
+    const ZulPassMap &Map() const { return map; }
+    const TEdcPicture *Picture() const { return picture.get(); } // NULL without a map
+    const TColorScale *Scale() const { return scale.get(); }
+    TZulUpdateData params;
+
+    /// Asks for the parameters of a run, true where it is to be made. NULL: the dialog asks; a program without
+    /// a window puts its own in.
+    static bool (*askParams)(TZulUpdateData &params);
+
+private:
+    void Evaluate();
+    void DropMap();
+
+    TEdcAxes axes;
+    TEdcSpriteManager sprites;
+    EmROOM *room; // view
+    bool valid = false;
+    ZulPassMap map; // what the last run left
+    std::unique_ptr<TEdcPicture> picture;
+    std::unique_ptr<TColorScale> scale;
+    TZulWallLetters letters;
+    TZulRoomPalette *palette; // view
+    TZulMapInfo *info;        // view
+    TZulPlanHead head;
+};
+
+/// The plan of a wall or of the ceiling.
+class TZulWallBlock : public TEdcBlock
+{
+public:
+    TZulWallBlock(TZulRoomBlock *rm, EmSURFACE *surf, const char *aTitle);
+    void Update(bool partial) override;
+    void Layout(TDC &dc, TEdcSize &trueSize, double scale) override;
+    void Paint(TDC &dc, const TRect &part) override;
+    void Print(TDC &dc, const TRect &part) override;
+    void Execute() override;
+    void Open() override;
+    void Close() override;
+    bool DoCommand(int id) override;
+    void EnableCommand(TCommandEnabler &ce) override;
+    virtual EmSURFACE *Surface() const { return surface; }
+
+private:
+    TEdcAxes axes;
+    TEdcSpriteManager sprites;
+    TZulRoomBlock *roomBlk; // view
+    EmSURFACE *surface;     // view
+    TZulPlanHead head;
+};
+
+/// Where all criteria are met, and on what share of the plan.
+class TZulSummaryMap : public TEdcBlock
+{
+public:
+    explicit TZulSummaryMap(TZulRoomBlock *aRoomBlk);
+    void Update(bool partial) override;
+    void Layout(TDC &dc, TEdcSize &trueSize, double scale) override;
+    void Paint(TDC &dc, const TRect &part) override;
+    void Print(TDC &dc, const TRect &part) override;
+
+    TZulRoomBlock *RoomBlock() const { return roomBlk; }
+    bool HasPicture() const { return picture != NULL; }
+    int Pixels() const { return pixels; }
+    int Passed() const { return passed; }
+    /// All three criteria on the raster of the last run, judged together when they are first asked for.
+    const ZulHygieneMaps &Judged();
+    /// A criterion fails at a point: it is no longer counted, once, and shows as failed.
+    void Fail(int column, int row);
+
+private:
+    TEdcAxes axes;
+    TEdcSpriteManager sprites;
+    TZulRoomBlock *roomBlk; // view
+    std::unique_ptr<TZulLegend> legend;
+    std::unique_ptr<TEdcPicture> picture;
+    int32_t pixels = 0; // raster points in all
+    int32_t passed = 0; // points where no criterion failed
+    TZulPlanHead head;
+    ZulHygieneMaps judged;
+    bool isJudged = false;
+};
+
+/// A map of one criterion: whoever derives from it states a band and gives a value for each point of the plan.
+class TZulCriterionMap : public TEdcBlock
+{
+public:
+    enum { FORMATMAX = 32, TEXTMAX = 256 };
+
+    explicit TZulCriterionMap(TZulSummaryMap *aSummary);
+    void Update(bool partial) override;
+    void Layout(TDC &dc, TEdcSize &trueSize, double scale) override;
+    void Paint(TDC &dc, const TRect &part) override;
+    void Print(TDC &dc, const TRect &part) override;
+    virtual void Prepare() {}
+    virtual double Value(AgPOINT) { return 0.0; }
+    virtual void Finish() {}
+    /// The class of each point. Base: judges Value() point by point; a class whose criterion is judged faster
+    /// elsewhere, with the same result, takes it from there.
+    virtual void Classify(const EmRASTER &raster, ZulPixels &classes);
+
+    void SetTitle(const char *str);
+    void SetLegendTitle(const char *str);
+    /// The limits in either order. A limit of the lowest or highest double is none.
+    void SetBand(double aMin, double aMax, double aTol, const char *frm);
+    const EmCRITERION &Band() const { return band; }
+    const TEdcPicture *Picture() const { return picture.get(); }
+
+protected:
+    TZulSummaryMap *summary; // view
+
+private:
+    void FillLegends();
+    TEdcAxes axes;
+    TEdcSpriteManager sprites;
+    std::unique_ptr<TEdcPicture> picture;
+    std::unique_ptr<TZulLegend> legendA, legendB;
+    EmCRITERION band; // min, max, tol
+    char format[FORMATMAX] = "%lg";
+    char legendTitle[TEXTMAX] = "";
+    TZulPlanHead head;
+};
+
+/// Operative temperature at the head.
+class TZulHeadTempMap : public TZulCriterionMap
+{
+public:
+    explicit TZulHeadTempMap(TZulSummaryMap *aSummary);
+    void Prepare() override;
+    double Value(AgPOINT p) override;
+    void Classify(const EmRASTER &raster, ZulPixels &classes) override;
+
+private:
+    double head = 0;      // m above the floor
+    double airAtHead = 0; // C
+    EmROOM *room = NULL;  // view
+};
+
+/// Operative temperature at the head less that at the ankle.
+class TZulDiffTempMap : public TZulCriterionMap
+{
+public:
+    explicit TZulDiffTempMap(TZulSummaryMap *aSummary);
+    void Prepare() override;
+    double Value(AgPOINT p) override;
+    void Classify(const EmRASTER &raster, ZulPixels &classes) override;
+
+private:
+    double head = 0;       // m above the floor
+    double airAtHead = 0;  // C
+    double airAtAnkle = 0; // C
+    EmROOM *room = NULL;   // view
+};
+
+/// Irradiation of the head.
+class TZulHeadInteMap : public TZulCriterionMap
+{
+public:
+    explicit TZulHeadInteMap(TZulSummaryMap *aSummary);
+    void Prepare() override;
+    double Value(AgPOINT p) override;
+    void Classify(const EmRASTER &raster, ZulPixels &classes) override;
+
+private:
+    double head = 0;     // m above the floor
+    EmROOM *room = NULL; // view
+};
+
+#endif
