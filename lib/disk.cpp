@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <ctime>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -214,4 +215,16 @@ bool DiskMakeFolder(const char *name)
     memcpy(model, path, length);
     strcpy(model + length, length > 0 ? "" : slash ? "/" : ".");
     return disk->mkdir(path, model) == 0;
+}
+
+bool DiskDate(const char *name, int &year, int &month)
+{
+    char path[NATIVE_MAX];
+    struct stat its;
+    tm local = {};
+    if (!NameToNative(path, name, sizeof path) || stat(path, &its) != 0 || !localtime_r(&its.st_mtime, &local))
+        return false;
+    year = local.tm_year + 1900;
+    month = local.tm_mon + 1;
+    return true;
 }

@@ -51,6 +51,8 @@ bool DiskDelete(const char *name); // a file
 bool DiskRename(const char *from, const char *to);
 /// A folder like the one that it stands in, which must be there.
 bool DiskMakeFolder(const char *name);
+/// Year and month, from 1, in which a file was last changed, local time. False where nothing tells it.
+bool DiskDate(const char *name, int &year, int &month);
 
 enum { NATIVE_MAX = 4096 }; // size of a native path buffer, terminator included
 

@@ -8,10 +8,10 @@
 #include "tools/zulcalc_options.h"
 #include "tools/zulcalc_png.h"
 #include "tools/zulcalc_report.h"
+#include "usr/zulreport.h"
 
 #include <chrono>
 #include <cstdio>
-#include <ctime>
 #include <new>
 
 #include "lib/xon.h"
@@ -33,14 +33,6 @@ private:
     double &seconds;
     std::chrono::steady_clock::time_point begin;
 };
-
-int Today()
-{
-    time_t now = time(NULL);
-    tm local = {};
-    localtime_r(&now, &local);
-    return ((local.tm_year + 1900) * 100 + local.tm_mon + 1) * 100 + local.tm_mday;
-}
 
 void ChooseModelFolder(const std::string &path)
 {
@@ -65,7 +57,7 @@ void LoadHall(const std::string &path, ZulcalcEvaluation &evaluation)
         ConsoleName(name, path.c_str(), XFOPEN); __test;
         file.Open(name, "o"); __test;
         evaluation.room = std::make_unique<EmROOM>(0, 0, 0, ResText(TEXT_ARTICLE_HEAD),
-                                                   ResText(TEXT_CONCLUSION_HEAD), Today()); __test;
+                                                   ResText(TEXT_CONCLUSION_HEAD), ZulToday()); __test;
         evaluation.room->Read(file); __test;
         file.Close(); __test;
     __point

@@ -7,6 +7,8 @@
 #include "usr/edcutils.h"
 #include "usr/zulreport.h"
 
+#include <ctime>
+
 namespace
 {
 enum {
@@ -137,4 +139,12 @@ std::string ZulDateText(int date)
     char text[64];
     ShortDate(year, month, day, text, sizeof text);
     return text;
+}
+
+int ZulToday()
+{
+    time_t now = time(NULL);
+    tm local = {};
+    localtime_r(&now, &local);
+    return ((local.tm_year + 1900) * 100 + local.tm_mon + 1) * 100 + local.tm_mday;
 }

@@ -60,18 +60,24 @@ public:
     std::vector<TEdcBlock *> Parts() const;
 
 private:
+    // zuldoc.cpp
     void MakeRoom(double length, double width, double height);
     void BuildFixedBlocks();
     void AddFixed(TEdcBlock *blk, bool isPlan);
+    void RemoveParts();
+    void ShowRevision();
+    // zuldoc_report.cpp
     void RemoveGroup(TEdcBlock *&group);
-    void Replace(TEdcBlock *&group, TEdcBlock *fresh, TEdcBlock *anchor);
+    template <class BUILD>
+    void Replace(TEdcBlock *&group, TEdcBlock *anchor, BUILD build);
+    void RebuildLists();
+    void RebuildHygiene(bool partial);
     void RebuildBefore(bool partial);
     void RebuildAfter(bool partial);
-    void Edited(bool isChanged);
-    void EditData(int id);
-    void ShowManual();
-    void ShowHelp();
-    void ShowContext(int context);
+    // zuldoc_commands.cpp
+    bool Perform(int id);
+    bool EditData(int id);
+    void PostNoLogo();
 
     // Views of the chain's blocks and groups; a group is named by its first block.
     TZulArticleBlock *headBlk = NULL;
@@ -102,6 +108,8 @@ private:
     TZulMapInfo mapInfo;
     TZulNewData newSizes;
     TEdcLogo logo; // of the empty window
+    bool logoMissing = false;
+    bool revisionShown = false;
     char fileType[64] = "";
 };
 

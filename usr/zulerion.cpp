@@ -1,4 +1,12 @@
-int main()
+// The program. It takes no arguments and starts with an empty window.
+#include "usr/edcapp.h"
+#include "usr/zuldoc.h"
+
+int main(int argc, char **argv)
 {
-    return 1;
+    TEdcApplication application(argc, argv);
+    TEdcApplication::startUp = ZulStartUp;
+    int code = application.Run();
+    ZulShutDown();
+    return code;
 }

@@ -36,4 +36,7 @@ std::string ZulClosingLine(const EmCONCLUSION &conclusion);
 /// The short form of a stored date, (year * 100 + month) * 100 + day; the plain number where that is no date.
 std::string ZulDateText(int date);
 
+/// Today's local date, (year * 100 + month) * 100 + day.
+int ZulToday();
+
 #endif
