@@ -35,6 +35,7 @@ class TZulPlanHead
 {
 public:
     explicit TZulPlanHead(const char *aTitle); // copied, at most 255 characters
+    void SetTitle(const char *str);            // likewise
     const char *Title() const { return title; }
     /// Lays out the head in a block `width` px wide. @return its height, px: the taller of the two
     int Layout(TDC &dc, int width, double scale);
@@ -49,6 +50,8 @@ private:
 
 /// Titles, steps and angles that the axes of all plans share.
 void ZulSetUpAxes(TEdcAxes &axes);
+/// The range of a plan's axes. A plan without extent, as a damaged hall may have, counts as 1 m.
+void ZulSetRange(TEdcAxes &axes, const EmBOX &bounds);
 /// A frame of one pixel round the model rectangle.
 void ZulFrame(TDC &dc, const TEdcAxes &axes, const AgPOINT &min, const AgPOINT &max);
 /// Pixels of a font of so many points on the device at the view's scale, at least 1.
@@ -118,6 +121,8 @@ struct TZulLegendBox {
     TRect box; // px, the swatch
 };
 
+/// Swatches under a title: in a column with the labels right of them, or in a row with the labels below. Labels
+/// that are too long for their place take several lines.
 class TZulLegend
 {
 public:
@@ -131,9 +136,16 @@ public:
     void MoveBy(int dx, int dy);                 // px
     void Paint(TDC &dc) const;
     int Count() const { return count; }
+    const TZulLegendBox &Box(int i) const { return boxes[i]; }
+    const TEdcText &Title() const { return titleText; }
     TRect Rect() const { return {topLeft.x, topLeft.y, bottomRight.x, bottomRight.y}; }
 
 private:
+    struct MEASURES;
+    void LayoutText(TDC &dc, TEdcText &text, TRect &rect, int hAlign) const;
+    void LayoutRow(TDC &dc, const TRect &rect, const MEASURES &measures);
+    void LayoutColumn(TDC &dc, const TRect &rect, const MEASURES &measures);
+
     int32_t count = 0;
     TZulLegendBox boxes[MAX];
     char title[TEXTMAX] = "";
@@ -213,6 +225,27 @@ private:
     TZulPlanHead head;
 };
 
+/// What the maps of the hygiene evaluation have in common: head, picture over the hall's rectangle, axes, frame
+/// and the layers above them. The map lays its legends out below it.
+class TZulMapPlan
+{
+public:
+    TZulMapPlan(TEdcBlock *blk, const EmROOM &room);
+    /// Head and plan in the upper left corner of `space` px. @return how far down they reach, px
+    int Layout(TDC &dc, TSize space, double scale);
+    void PaintBelow(TDC &dc) const;              // head and picture, below the legends
+    void PaintAbove(TDC &dc, const TRect &part); // axes and frame
+    TRect HallRect() const;                      // px, the hall as the axes have it
+
+    TZulPlanHead head;
+    TEdcAxes axes;
+    TEdcSpriteManager sprites;
+    std::unique_ptr<TEdcPicture> picture; // NULL without an evaluation
+
+private:
+    AgPOINT min, max; // m, corners of the hall
+};
+
 /// Where all criteria are met, and on what share of the plan.
 class TZulSummaryMap : public TEdcBlock
 {
@@ -224,7 +257,8 @@ public:
     void Print(TDC &dc, const TRect &part) override;
 
     TZulRoomBlock *RoomBlock() const { return roomBlk; }
-    bool HasPicture() const { return picture != NULL; }
+    const TEdcPicture *Picture() const { return plan.picture.get(); } // NULL until updated
+    const TZulLegend *Legend() const { return legend.get(); } // NULL until laid out, and without a picture
     int Pixels() const { return pixels; }
     int Passed() const { return passed; }
     /// All three criteria on the raster of the last run, judged together when they are first asked for.
@@ -233,14 +267,15 @@ public:
     void Fail(int column, int row);
 
 private:
-    TEdcAxes axes;
-    TEdcSpriteManager sprites;
+    void FillPicture();
+    void FillLegend(int fontSize);
+    void PaintMap(TDC &dc, const TRect &part);
+
     TZulRoomBlock *roomBlk; // view
+    TZulMapPlan plan;
     std::unique_ptr<TZulLegend> legend;
-    std::unique_ptr<TEdcPicture> picture;
     int32_t pixels = 0; // raster points in all
     int32_t passed = 0; // points where no criterion failed
-    TZulPlanHead head;
     ZulHygieneMaps judged;
     bool isJudged = false;
 };
@@ -268,21 +303,25 @@ public:
     /// The limits in either order. A limit of the lowest or highest double is none.
     void SetBand(double aMin, double aMax, double aTol, const char *frm);
     const EmCRITERION &Band() const { return band; }
-    const TEdcPicture *Picture() const { return picture.get(); }
+    const TEdcPicture *Picture() const { return plan.picture.get(); } // NULL until updated
+    const TZulLegend *LegendA() const { return legendA.get(); } // NULL until laid out, and without a picture
+    const TZulLegend *LegendB() const { return legendB.get(); }
 
 protected:
     TZulSummaryMap *summary; // view
 
 private:
-    void FillLegends();
-    TEdcAxes axes;
-    TEdcSpriteManager sprites;
-    std::unique_ptr<TEdcPicture> picture;
-    std::unique_ptr<TZulLegend> legendA, legendB;
-    EmCRITERION band; // min, max, tol
+    void Judge();
+    void FillLegends(int fontSize);
+    void AddLimit(int color, double limit);
+    int LayoutLegends(TDC &dc, TSize space, double scale);
+    void PaintMap(TDC &dc, const TRect &part);
+
+    TZulMapPlan plan;
+    std::unique_ptr<TZulLegend> legendA, legendB; // the classes; the band's limits
+    EmCRITERION band;                             // min, max, tol
     char format[FORMATMAX] = "%lg";
     char legendTitle[TEXTMAX] = "";
-    TZulPlanHead head;
 };
 
 /// Operative temperature at the head.
