@@ -1,9 +1,11 @@
-// Warm-air units: their exchange record and their catalogue.
+// Warm-air units: their catalogue, and the layer that shows them on the floor plan. The plan shows and prints
+// them; its block never lets the layer become the active one.
 #ifndef USR_ZULAIRHT_H
 #define USR_ZULAIRHT_H
 
 #include "ker/emroom.h"
 #include "usr/edcctlg.h"
+#include "usr/zulmark.h"
 
 /// What a dialog or the catalogue knows of a unit.
 struct TZulAirHeaterData {
@@ -17,7 +19,8 @@ struct TZulAirHeaterData {
     EmAIRHEATERSET *target = NULL; // view
 
     TZulAirHeaterData() { Reset(); }
-    void Reset(); // no type, all numbers undefined
+    void Reset();                               // no type, all numbers undefined
+    void Exchange(int mode, EmAIRHEATER &unit); // EDC_XLOAD, EDC_XSTORE, EDC_XMERGE
 };
 
 /// A kind of unit. The catalogue's dialog walks the record up to `height`.
@@ -50,6 +53,67 @@ public:
 
 private:
     TZulAirHeaterTypeDialog dialog;
+};
+
+/// Works on a copy of the record, which OK gives back.
+class TZulAirHeaterDialog : public TEdcDialog
+{
+public:
+    explicit TZulAirHeaterDialog(TZulAirHeaterData &data); // a view
+    void SetupWindow() override;
+    void Button(int id) override;
+
+private:
+    void ShowUnit();
+    TZulAirHeaterData &data;
+    TZulAirHeaterData copy;
+    TEdcStatic *text;
+};
+
+class TZulAirHeaterLayer : public TZulMarkedLayer
+{
+public:
+    TZulAirHeaterLayer(EmAIRHEATERSET *aAirhtSet, TEdcAxes *aAxes);
+    void Layout(TDC &dc) override;
+    void Reload(void *arg) override;
+    TEdcDrawSprite *CreateSprite(const TEdcDrawCreation &creation) override;
+    void *QueryCreation(int tool, bool first) override;
+    void Open() override;
+
+private:
+    EmAIRHEATERSET *airhtSet; // view
+    TZulAirHeaterData stock;
+};
+
+class TZulAirHeaterSprite : public TEdcDrawSprite
+{
+public:
+    explicit TZulAirHeaterSprite(EmAIRHEATER *object);
+    explicit TZulAirHeaterSprite(const TEdcDrawCreation &creation);
+    TZulAirHeaterSprite(const TZulAirHeaterSprite &airht); // with a copy of the object
+    void Discard() override;
+    void Layout(TDC &dc) override;
+    bool HitTest(TPoint point) override;
+    void Paint(TDC &dc) override;
+    void Describe(TEdcDrawDesc &d, double refAngle) override;
+    TEdcDrawSprite *Apply(TEdcDrawDrag &drag) override; // moves alone: a unit does not turn
+    void DragUpdate(TEdcDrawDrag &drag) override;
+    void DragPaint(TDC &dc) override;
+
+    EmAIRHEATER *Object() const { return airhtObj; }
+    TZulLabel label;
+
+private:
+    TZulAirHeaterLayer *AirHeaterLayer() const; // asserts that there is one
+    TRect BoxAt(const AgPOINT &pos) const;
+
+    EmAIRHEATER *airhtObj;          // the set's; Discard deletes it
+    TRect box, lowerBar, ghostBox;  // px
+    TPoint centre, ghostCentre;     // px
+    int32_t thickX = 0, thickY = 0; // px, corners of the box
+    int32_t barX = 0, barY = 0;     // px, corners of the bar
+    bool hasType = false;
+    bool ghostValid = false;
 };
 
 #endif

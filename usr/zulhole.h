@@ -1,9 +1,11 @@
-// Building openings: the catalogue of building elements that they and the hall's constructions take their
-// transmittances from.
+// Building openings: the layer that shows those of a surface on its plan, the dialog for their data, and the
+// catalogue of building elements that they and the hall's constructions take their transmittances from.
 #ifndef USR_ZULHOLE_H
 #define USR_ZULHOLE_H
 
+#include "ker/emroom.h"
 #include "usr/edcctlg.h"
+#include "usr/zulmark.h"
 
 /// A named kind of building element. Its record is the dialog's: name, then transmittance.
 class TZulHoleTypeItem : public TEdcCtlgItem
@@ -40,6 +42,80 @@ public:
 
 private:
     TZulHoleTypeDialog dialog;
+};
+
+/// What a dialog knows of openings.
+struct TZulHoleData {
+    TEdcLongStr description;
+    TEdcFloat transmission;   // W/(m2 K)
+    TEdcFloat width;          // m
+    TEdcFloat height;         // m
+    TEdcInt ownTemp;          // whether the temperature outside is its own
+    TEdcFloat externalTemp;   // C
+    EmHOLESET *target = NULL; // view; where new ones go, NULL until a dialog was confirmed
+
+    TZulHoleData() { Reset(); }
+    void Reset();                          // all undefined, but for ownTemp, which is 0
+    void Exchange(int mode, EmHOLE &hole); // EDC_XLOAD, EDC_XSTORE, EDC_XMERGE
+};
+
+class TZulHoleDialog : public TEdcDialog
+{
+public:
+    /// EDITING: of the selection, anything may stay undefined; STOCK: of what will be placed; DRAWN: the same
+    /// where the size comes from the drawing
+    enum FORM { EDITING = 1, STOCK = 2, DRAWN = 3 };
+
+    TZulHoleDialog(TZulHoleData &data, FORM aForm); // a view
+    void SetupWindow() override;
+    void Button(int id) override;
+    void Changed(HWND control) override;
+
+private:
+    void Find();
+    void EnableTemp();
+    FORM form;
+    TEdcEdit *description, *transmission, *externalTemp;
+    TEdcCheckBox *ownTemp;
+    TControl *sizes[4]; // labels and edits of width and height
+};
+
+class TZulHoleLayer : public TZulMarkedLayer
+{
+public:
+    TZulHoleLayer(EmHOLESET *aHoleSet, TEdcAxes *aAxes);
+    void Layout(TDC &dc) override;
+    void Reload(void *arg) override;
+    TEdcDrawSprite *CreateSprite(const TEdcDrawCreation &creation) override;
+    void *QueryCreation(int tool, bool first) override;
+    void Open() override;
+
+private:
+    EmHOLESET *holeSet; // view
+    TZulHoleData stock;
+};
+
+class TZulHoleSprite : public TEdcDrawRect
+{
+public:
+    explicit TZulHoleSprite(EmHOLE *object);
+    explicit TZulHoleSprite(const TEdcDrawCreation &creation);
+    TZulHoleSprite(const TZulHoleSprite &hole); // with a copy of the object
+    void Discard() override;
+    void Reload(void *arg) override;
+    void Store() override;
+    TEdcDrawRect *Clone() override;
+    bool HitTest(TPoint point) override;
+    void Paint(TDC &dc) override;
+
+    EmHOLE *Object() const { return holeObj; }
+    TZulLabel label;
+
+private:
+    TZulHoleLayer *HoleLayer() const; // asserts that there is one
+    TRect Marker() const;             // px
+
+    EmHOLE *holeObj; // the set's; Discard deletes it
 };
 
 #endif
