@@ -87,9 +87,9 @@ public:
 
 private:
     void Find(TEdcEdit &edit);
-    void Show(TEdcEdit &edit, double value);
     double outTemp; // C
-    TEdcEdit *edits[8];
+    // What the buttons fill; the dialog's.
+    TEdcEdit *floorK, *wallK, *wallTemp, *ceilingK, *ceilingTemp, *airTemp;
 };
 
 /// Fuel and gain.
@@ -106,7 +106,6 @@ class TZulEnergyDialog : public TEdcDialog
 {
 public:
     explicit TZulEnergyDialog(TZulEnergyData &data);
-    void SetupWindow() override;
     void Changed(HWND control) override;
 
 private:
@@ -127,12 +126,11 @@ class TZulHygieneDialog : public TEdcDialog
 {
 public:
     explicit TZulHygieneDialog(TZulHygieneData &data);
-    void SetupWindow() override;
     void Changed(HWND control) override;
 
 private:
     void ShowConditions();
-    TEdcComboBox *workClass, *position;
+    TEdcComboBox *workClass;
     TEdcStatic *conditions;
 };
 
