@@ -66,10 +66,11 @@ void TZulLegend::Layout(TDC &dc, TRect &rect, int mode)
             LayoutText(dc, titleText, head, EDC_HLEFT); __test;
             bottomRight = head.BottomRight();
             room.top = head.bottom + measures.rowGap;
-            if (mode == ROW)
-                LayoutRow(dc, room, measures);
-            else
+            if (mode == ROW) {
+                LayoutRow(dc, room, measures); __test;
+            } else {
                 LayoutColumn(dc, room, measures); __test;
+            }
         }
         rect = Rect();
     __point
