@@ -30,6 +30,12 @@ public:
     TEdcCtlgItem *Next() const { return static_cast<TEdcCtlgItem *>(LINK::Next()); }
     /// Fills `name` anew, outer white space cut, inner runs made one blank. Asserts that it is not blank.
     void RefreshName();
+
+protected:
+    /// The file's next number where an item has one that is finite and not negative: XCDE_INVOLVED for others.
+    static double GetAmount(CdeFILE &file);
+    /// The file's next text as a key, cut to what a name holds, white space collapsed as in `name`.
+    static void GetKey(CdeFILE &file, TEdcShortStr &key);
 };
 
 /// A named list of items in a divided catalogue.

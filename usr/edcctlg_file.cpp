@@ -4,6 +4,8 @@
 #include "lib/charstr.h"
 #include "usr/edcctlg.h"
 
+#include <cmath>
+
 #include "lib/xon.h"
 
 namespace
@@ -24,6 +26,30 @@ bool IsControl(char c)
     return (code < ' ' || code == 0x7F) && !(ChrClass(c) & CHR_SPACE);
 }
 } // namespace
+
+double TEdcCtlgItem::GetAmount(CdeFILE &file)
+{
+    double amount = 0;
+    __enter
+        amount = file.GetReal(); __test;
+        if (!std::isfinite(amount) || amount < 0)
+            __raise(XCDE_INVOLVED);
+    __point
+        amount = 0;
+    __treat
+    return amount;
+}
+
+void TEdcCtlgItem::GetKey(CdeFILE &file, TEdcShortStr &key)
+{
+    __enter
+        char text[SHORTSTRMAX] = "";
+        file.GetStr(text, SHORTSTRMAX); __test;
+        StrCollapse(text, 0);
+        key = text;
+    __point
+    __treat
+}
 
 bool TEdcCtlgList::IsName(const char *text)
 {
