@@ -301,10 +301,10 @@ void TEdcDocument::EndGesture()
         }
         ReleaseIfUp();
         if (left) {
-            CallTool(TOOL_LEFT_UP, 0, lastPoint); __test;
+            CallTool(TOOL_LEFT_UP, EDC_KEY_TAKEBACK, lastPoint); __test;
         }
         if (right) {
-            CallTool(TOOL_RIGHT_UP, 0, lastPoint); __test;
+            CallTool(TOOL_RIGHT_UP, EDC_KEY_TAKEBACK, lastPoint); __test;
         }
     __point
         __repair;

@@ -16,6 +16,9 @@ class TDC;
 class TEdcBlock;
 class TEdcSpriteLayer;
 
+/// With the bits of the mouse-key word: no button went up by hand, the gesture is taken back from outside.
+enum { EDC_KEY_TAKEBACK = 0x100 };
+
 /// Receives the raw mouse events of the opened block. `keys` is the mouse-key word (4 Shift, 8 Ctrl), `point`
 /// in device pixels from the block's own origin, `dc` set up for the block.
 class TEdcMouseTool
@@ -162,6 +165,7 @@ private:
     template <class CHOICE>
     void SelectEach(CHOICE choice, TDC *dc);
     void ToTop(TEdcSprite *spr);
+    void DeleteFrom(TEdcSprite *const &first, bool discard);
     void PaintAll(TDC &dc);
     void DecorateFocus(TDC *dc);
     TEdcSpriteLayer *next = NULL; // view: the manager's next layer
@@ -230,7 +234,8 @@ protected:
 private:
     using DragStep = void (TEdcSprite::*)(TDC &dc, unsigned mode, TPoint start, TPoint shift);
     void DragEach(DragStep step, TDC &dc, unsigned keys, TPoint point);
-    void Begin(int32_t which, TPoint point);
+    void Begin(TDC &dc, int32_t which, unsigned keys, TPoint point);
+    void Leave(TDC &dc);
     void TakeBack(TDC &dc, unsigned keys, TPoint point);
     void Forget();
 };

@@ -36,6 +36,18 @@ struct Chain {
     }
 };
 
+/// A failure ends the walk.
+template <class WORK>
+void ForEach(TEdcSprite *first, Link next, WORK work)
+{
+    __enter
+        for (TEdcSprite *spr = first; spr; spr = spr->*next) {
+            work(*spr); __test;
+        }
+    __point
+    __treat
+}
+
 /// A layer that outlives its document has nobody to tell.
 void Raise(int level)
 {
@@ -62,33 +74,18 @@ void TEdcSpriteLayer::Reset()
 
 void TEdcSpriteLayer::SetTool(int aToolId)
 {
-    __enter
-        toolId = static_cast<uint16_t>(aToolId);
-        for (TEdcSprite *spr = lnkFirst; spr; spr = spr->lnkNext) {
-            spr->SetTool(aToolId); __test;
-        }
-    __point
-    __treat
+    toolId = static_cast<uint16_t>(aToolId);
+    ForEach(lnkFirst, &TEdcSprite::lnkNext, [aToolId](TEdcSprite &spr) { spr.SetTool(aToolId); });
 }
 
 void TEdcSpriteLayer::Layout(TDC &dc)
 {
-    __enter
-        for (TEdcSprite *spr = lnkFirst; spr; spr = spr->lnkNext) {
-            spr->Layout(dc); __test;
-        }
-    __point
-    __treat
+    ForEach(lnkFirst, &TEdcSprite::lnkNext, [&dc](TEdcSprite &spr) { spr.Layout(dc); });
 }
 
 void TEdcSpriteLayer::Reload(void *arg)
 {
-    __enter
-        for (TEdcSprite *spr = lnkFirst; spr; spr = spr->lnkNext) {
-            spr->Reload(arg); __test;
-        }
-    __point
-    __treat
+    ForEach(lnkFirst, &TEdcSprite::lnkNext, [arg](TEdcSprite &spr) { spr.Reload(arg); });
 }
 
 /// A command of this layer is answered also where it does nothing.
@@ -142,22 +139,12 @@ void TEdcSpriteLayer::Paint(TDC &dc, const TRect &)
 
 void TEdcSpriteLayer::PaintAll(TDC &dc)
 {
-    __enter
-        for (TEdcSprite *spr = pntFirst; spr; spr = spr->pntNext) {
-            spr->Paint(dc); __test;
-        }
-    __point
-    __treat
+    ForEach(pntFirst, &TEdcSprite::pntNext, [&dc](TEdcSprite &spr) { spr.Paint(dc); });
 }
 
 void TEdcSpriteLayer::PaintPlain(TDC &dc, const TRect &)
 {
-    __enter
-        for (TEdcSprite *spr = pntFirst; spr; spr = spr->pntNext) {
-            spr->PaintPlain(dc); __test;
-        }
-    __point
-    __treat
+    ForEach(pntFirst, &TEdcSprite::pntNext, [&dc](TEdcSprite &spr) { spr.PaintPlain(dc); });
 }
 
 void TEdcSpriteLayer::Add(TEdcSprite *spr)
@@ -205,26 +192,26 @@ void TEdcSpriteLayer::Delete(TEdcSprite *spr, bool discard)
     __treat
 }
 
-void TEdcSpriteLayer::DeleteAll(bool discard)
+/// `first` is the head of a list, which every deletion shortens.
+void TEdcSpriteLayer::DeleteFrom(TEdcSprite *const &first, bool discard)
 {
     __enter
-        while (lnkFirst) {
-            Delete(lnkFirst, discard); // NOLINT(clang-analyzer-cplusplus.NewDelete): as in the destructor
+        while (first) {
+            Delete(first, discard); // NOLINT(clang-analyzer-cplusplus.NewDelete): as in the destructor
             __test;
         }
     __point
     __treat
 }
 
+void TEdcSpriteLayer::DeleteAll(bool discard)
+{
+    DeleteFrom(lnkFirst, discard);
+}
+
 void TEdcSpriteLayer::DeleteSelected(bool discard)
 {
-    __enter
-        while (selFirst) {
-            Delete(selFirst, discard); // NOLINT(clang-analyzer-cplusplus.NewDelete): as in the destructor
-            __test;
-        }
-    __point
-    __treat
+    DeleteFrom(selFirst, discard);
 }
 
 void TEdcSpriteLayer::SetActive(bool on)

@@ -46,11 +46,15 @@ void SelectIn(TEdcSpriteLayer &layer, const TRect &rect, TDC &dc)
 }
 } // namespace
 
-void TEdcSpriteSelector::Begin(int32_t which, TPoint point)
+void TEdcSpriteSelector::Begin(TDC &dc, int32_t which, unsigned keys, TPoint point)
 {
-    outside = false;
-    start = last = point;
-    button = which;
+    __enter
+        TakeBack(dc, keys, point); __test;
+        outside = false;
+        start = last = point;
+        button = which;
+    __point
+    __treat
 }
 
 /// No button counts as down. What has been drawn may be in any state.
@@ -61,13 +65,20 @@ void TEdcSpriteSelector::Forget()
         AppDocument()->Obsolete(EDC_PAINT);
 }
 
+/// The gesture goes on as if the pointer had left the view: what ends there changes nothing.
+void TEdcSpriteSelector::Leave(TDC &dc)
+{
+    if (!outside)
+        Outside(dc, true);
+}
+
 /// Ends what a failure has left of a gesture; after a second failure it is left alone.
 void TEdcSpriteSelector::TakeBack(TDC &dc, unsigned keys, TPoint point)
 {
+    if (!dragging && !rubber)
+        return;
     __enter
-        if (!outside) {
-            Outside(dc, true); __test;
-        }
+        Leave(dc); __test;
         if (dragging) {
             Drop(dc, keys, point); __test;
         }
@@ -92,18 +103,13 @@ void TEdcSpriteSelector::LeftDown(TDC &dc, unsigned keys, TPoint point)
         return;
     __enter
         if (rightState == IDLE) {
-            if (dragging || rubber) {
-                TakeBack(dc, keys, point); __test;
-            }
-            Begin(BUTTON_LEFT, point);
+            Begin(dc, BUTTON_LEFT, keys, point); __test;
             leftState = PRESSED;
             if (!(keys & WIN_KEY_SHIFT)) {
                 Pick(dc, point); __test;
             }
         } else {
-            if (!outside) {
-                Outside(dc, true); __test;
-            }
+            Leave(dc); __test;
             RightUp(dc, keys, point); __test;
         }
     __point
@@ -125,9 +131,9 @@ void TEdcSpriteSelector::LeftUp(TDC &dc, unsigned keys, TPoint point)
             } else if ((keys & WIN_KEY_SHIFT) && !outside) {
                 PickToggle(dc, point, true); __test;
             }
-        } else if (former == DOUBLE && !outside) {
+        } else if (former == DOUBLE && !(keys & EDC_KEY_TAKEBACK)) {
             OpenAt(keys, point); __test;
-        } else if (rightState == IDLE && (dragging || rubber)) {
+        } else if (rightState == IDLE) {
             TakeBack(dc, keys, point); __test;
         }
     __point
@@ -141,9 +147,7 @@ void TEdcSpriteSelector::LeftDouble(TDC &dc, unsigned keys, TPoint point)
     if (!layer || rightState != IDLE)
         return;
     __enter
-        if (dragging || rubber) {
-            TakeBack(dc, keys, point); __test;
-        }
+        TakeBack(dc, keys, point); __test;
         leftState = DOUBLE;
         outside = false;
     __point
@@ -157,16 +161,11 @@ void TEdcSpriteSelector::RightDown(TDC &dc, unsigned keys, TPoint point)
         return;
     __enter
         if (leftState == IDLE) {
-            if (dragging || rubber) {
-                TakeBack(dc, keys, point); __test;
-            }
-            Begin(BUTTON_RIGHT, point);
+            Begin(dc, BUTTON_RIGHT, keys, point); __test;
             rightState = PRESSED;
             Pick(dc, point); __test;
         } else if (leftState == PRESSED) {
-            if (!outside) {
-                Outside(dc, true); __test;
-            }
+            Leave(dc); __test;
             LeftUp(dc, keys, point); __test;
         } else {
             leftState = IDLE;
@@ -188,7 +187,7 @@ void TEdcSpriteSelector::RightUp(TDC &dc, unsigned keys, TPoint point)
             } else if (point == start && !outside) {
                 MenuAt(keys, point); __test;
             }
-        } else if (leftState == IDLE && (dragging || rubber)) {
+        } else if (leftState == IDLE) {
             TakeBack(dc, keys, point); __test;
         }
     __point

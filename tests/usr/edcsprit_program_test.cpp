@@ -3,6 +3,7 @@
 #include "spritemodel.h"
 #include "support/chance.h"
 #include "support/countdc.h"
+#include "support/freshpaint.h"
 #include "support/testsprite.h"
 #include "win/testdoor.h"
 
@@ -334,8 +335,8 @@ protected:
         EXPECT_EQ(xCode, XALLOC);
         xCode = XNULL;
         blk->selector.Outside(dc, true);
-        blk->selector.LeftUp(dc, 0, model.last);
-        blk->selector.RightUp(dc, 0, model.last);
+        blk->selector.LeftUp(dc, EDC_KEY_TAKEBACK, model.last);
+        blk->selector.RightUp(dc, EDC_KEY_TAKEBACK, model.last);
         EXPECT_STREQ(xCode, XNULL);
     }
 };
@@ -365,11 +366,7 @@ public:
     {
         doc.EvCaptureLost();
         Lose();
-        testdoor::Settle();
-        std::vector<TColor> now = testdoor::Pixels(doc);
-        doc.Invalidate();
-        testdoor::Settle();
-        ASSERT_TRUE(now == testdoor::Pixels(doc));
+        ASSERT_TRUE(LooksFresh(doc));
         Compare();
     }
 
@@ -455,9 +452,9 @@ private:
             model.Outside(true);
         autoScroll = false;
         if (left)
-            model.LeftUp(0, lastPoint);
+            model.LeftUp(EDC_KEY_TAKEBACK, lastPoint);
         if (right)
-            model.RightUp(0, lastPoint);
+            model.RightUp(EDC_KEY_TAKEBACK, lastPoint);
         left = right = 0;
     }
 

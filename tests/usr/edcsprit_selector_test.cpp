@@ -1,4 +1,5 @@
 #include "gesture.h"
+#include "support/freshpaint.h"
 #include "support/recorddc.h"
 #include "support/testsprite.h"
 #include "win/testdoor.h"
@@ -126,7 +127,8 @@ const Row rows[] = {
     {"a double click opens on its release", "", 0, "L+A L-A LLA", "", "bcda a a", "2 0"},
     {"keys and place of the release", "ab", 'b', "L+A L-A sLLA sL-B", "ly.open4@55,15 ", "cdba ab a", "0 0"},
     {"a double click does not drag", "", 0, "L+A L-A LLA M60,60 L-60,60", "ly.open0@60,60 ", "bcda a a", "0 0"},
-    {"a double click outside", "", 0, "L+A L-A LLA O+ L--9,15", "", "bcda a a", "0 0 outside"},
+    {"a double click opens outside too", "", 0, "L+A L-A LLA O+ L--9,15", "ly.open0@-9,15 ", "bcda a a",
+     "0 0 outside"},
     {"the right button takes a double click back", "", 0, "L+A L-A LLA R+A L-A R-A", "", "bcda a a", "0 0"},
     {"no double click under the right button", "", 0, "R+A LLA L-A R-A", "ly.menu0@15,15 ", "bcda a a", "0 0"},
 
@@ -187,6 +189,31 @@ std::string Deeds(const std::string &calls)
     return deeds;
 }
 
+TTestSprite *ByName(const TTestLayer &ly, char name)
+{
+    TEdcSprite *spr = ly.LnkFirst();
+    while (static_cast<TTestSprite *>(spr)->name[0] != name)
+        spr = ly.LnkNext(spr);
+    return static_cast<TTestSprite *>(spr);
+}
+
+/// The sprites as a row wants them.
+void Arrange(TTestLayer &ly, const Row &row)
+{
+    ly.DeleteAll(false);
+    for (const auto &spr : sprites)
+        ly.Put(spr.name, spr.place);
+    ly.SetActive(true);
+    for (const char *name = row.selected; *name; ++name)
+        ly.Select(ByName(ly, *name), true, NULL);
+    ly.SetFocus(row.focus ? ByName(ly, row.focus) : NULL, NULL);
+}
+
+std::string Lists(const TTestLayer &ly)
+{
+    return ly.Pnt() + " " + ly.Sel() + " " + ly.FocusName();
+}
+
 /// A selector on a layer that is on no screen, driven as the document drives it.
 class Selector : public testing::Test
 {
@@ -195,27 +222,9 @@ protected:
 
     void Fill(const Row &row)
     {
-        ly.SetActive(false);
-        ly.DeleteAll(false);
-        for (const auto &spr : sprites)
-            ly.Put(spr.name, spr.place);
-        ly.SetActive(true);
-        Select(ly, row.selected, row.focus);
+        Arrange(ly, row);
         log.Take();
         doc.obsolete = 0;
-    }
-    static void Select(TTestLayer &ly, const char *names, char focus)
-    {
-        for (const char *name = names; *name; ++name)
-            ly.Select(ByName(ly, *name), true, NULL);
-        ly.SetFocus(focus ? ByName(ly, focus) : NULL, NULL);
-    }
-    static TEdcSprite *ByName(TTestLayer &ly, char name)
-    {
-        TEdcSprite *spr = ly.LnkFirst();
-        while (static_cast<TTestSprite *>(spr)->name[0] != name)
-            spr = ly.LnkNext(spr);
-        return spr;
     }
     void Send(const GestureEvent &event)
     {
@@ -245,7 +254,11 @@ protected:
             break;
         }
     }
-    std::string Lists() { return ly.Pnt() + " " + ly.Sel() + " " + ly.FocusName(); }
+    void Play(const std::string &events)
+    {
+        for (const GestureEvent &event : ParseGesture(events, Place))
+            Send(event);
+    }
     bool AnyDrags() const
     {
         bool any = false;
@@ -267,10 +280,9 @@ TEST_F(Selector, MakesOfEachGestureWhatItMeans)
     for (const Row &row : rows) {
         SCOPED_TRACE(row.name);
         Fill(row);
-        for (const GestureEvent &event : ParseGesture(row.events, Place))
-            Send(event);
+        Play(row.events);
         EXPECT_EQ(Deeds(log.Take()), row.calls);
-        EXPECT_EQ(Lists(), row.lists);
+        EXPECT_EQ(Lists(ly), row.lists);
         EXPECT_EQ(selector.States(), row.states);
         EXPECT_TRUE(ly.IsSound());
         EXPECT_EQ(AnyDrags(), std::string(row.states).find("drag") != std::string::npos);
@@ -297,8 +309,7 @@ TEST_F(Selector, PaintsAtOnceWhatAPressChanges)
     };
     for (const auto &row : table) {
         Fill({row.name, row.selected, row.focus, NULL, NULL, NULL, NULL});
-        for (const GestureEvent &event : ParseGesture(row.events, Place))
-            Send(event);
+        Play(row.events);
         std::string calls = log.Take();
         EXPECT_EQ(Deeds(calls).empty() ? calls : "", row.calls) << row.name;
         EXPECT_EQ(doc.obsolete, row.level) << row.name;
@@ -313,8 +324,7 @@ TEST_F(Selector, InvertsADottedRectangleForTheBand)
     const char *const band = "Rect 5,7,180,120 pen ffffff dot brush none xor\n";
     for (const char *events : {"L+E M5,7", "L+5,7 ME", "L+180,7 M5,120", "L+5,120 M180,7"}) {
         dc.calls.clear();
-        for (const GestureEvent &event : ParseGesture(events, Place))
-            Send(event);
+        Play(events);
         EXPECT_EQ(dc.calls, band) << events;
         selector.Outside(dc, true); // takes it away
         selector.Outside(dc, false);
@@ -337,8 +347,7 @@ TEST_F(Selector, WithoutALayerNothingHappens)
     selector.SetLayer(NULL);
     for (const char *events :
          {"L+A M16,15 L-16,15", "sL+A sL-A", "R+A R-A", "L+A L-A LLA L-A", "L+E M5,5 O+ O-6,6"})
-        for (const GestureEvent &event : ParseGesture(events, Place))
-            Send(event);
+        Play(events);
     selector.OpenAt(0, {});
     selector.MenuAt(0, {});
     EXPECT_EQ(log.Take(), "");
@@ -350,8 +359,7 @@ TEST_F(Selector, ALayerThatGoesInTheMiddleLeavesNoGesture)
 {
     for (const char *events : {"L+A M16,15", "L+E M5,5", "R+A M16,15", "L+A L-A LLA"}) {
         Fill(rows[0]);
-        for (const GestureEvent &event : ParseGesture(events, Place))
-            Send(event);
+        Play(events);
         selector.Activate(false); // as the manager does it
         selector.SetLayer(NULL);
         selector.LeftUp(dc, 0, {16, 15});
@@ -360,8 +368,7 @@ TEST_F(Selector, ALayerThatGoesInTheMiddleLeavesNoGesture)
         selector.Activate(true);
         EXPECT_EQ(selector.States(), "0 0") << events;
         log.Take();
-        for (const GestureEvent &event : ParseGesture("L+B M56,15 L-56,15", Place))
-            Send(event);
+        Play("L+B M56,15 L-56,15");
         EXPECT_EQ(Deeds(log.Take()), "b.begin1@55,15+1,0 b.drag1@55,15+1,0 b.drop1@55,15+1,0 ") << events;
     }
 }
@@ -370,11 +377,9 @@ TEST_F(Selector, ASelectionThatIsDeletedInADragEndsItQuietly)
 {
     for (const char *press : {"L+A M16,15", "R+A M16,15"}) {
         Fill(rows[0]);
-        for (const GestureEvent &event : ParseGesture(press, Place))
-            Send(event);
+        Play(press);
         ly.DeleteSelected(false);
-        for (const GestureEvent &event : ParseGesture("M40,40 O+ O-30,30 M31,30 L-31,30 R-31,30", Place))
-            Send(event);
+        Play("M40,40 O+ O-30,30 M31,30 L-31,30 R-31,30");
         EXPECT_TRUE(selector.IsIdle()) << press;
         EXPECT_EQ(ly.Lnk(), "bcd");
         EXPECT_TRUE(ly.IsSound());
@@ -407,13 +412,11 @@ TEST_F(Selector, WhereverAGestureFailsTheNextPressStartsClean)
             bool fired = log.fired > 0;
             log.failAt = 0;
             log.queries = false;
-            for (const GestureEvent &event : ParseGesture("L+E L-E R+E R-E", Place))
-                Send(event);
+            Play("L+E L-E R+E R-E");
             EXPECT_TRUE(selector.IsIdle());
             EXPECT_EQ(ly.Sel(), "");
             log.Take();
-            for (const GestureEvent &event : ParseGesture("L+E M1,1 L-1,1", Place))
-                Send(event);
+            Play("L+E M1,1 L-1,1");
             EXPECT_EQ(ly.CountSel(), ly.CountLnk());
             EXPECT_EQ(Deeds(log.Take()), "");
             EXPECT_TRUE(selector.IsIdle());
@@ -424,20 +427,35 @@ TEST_F(Selector, WhereverAGestureFailsTheNextPressStartsClean)
     EXPECT_GT(failures, 600);
 }
 
+TEST_F(Selector, EachStepOfADragReachesAThousandSprites)
+{
+    enum { SPRITES = 1000 };
+    for (int i = 0; i < SPRITES; ++i)
+        ly.Put("x", {i % 40 * 10, i / 40 * 10, i % 40 * 10 + 8, i / 40 * 10 + 8});
+    ly.SetActive(true);
+    ly.SelectAll(true, NULL);
+    Play("L+4,4 M14,9 M24,14 L-24,14");
+    int at = 0;
+    for (TEdcSprite *spr = ly.LnkFirst(); spr; spr = ly.LnkNext(spr), ++at) {
+        int x = at % 40 * 10 + 20, y = at / 40 * 10 + 10;
+        EXPECT_EQ(static_cast<TTestSprite *>(spr)->place, (TRect{x, y, x + 8, y + 8}));
+    }
+    EXPECT_EQ(ly.CountSel(), SPRITES);
+    EXPECT_TRUE(ly.IsSound());
+}
+
 TEST_F(Selector, ADropThatFailsLeavesNothingDragging)
 {
     for (int n = 1; n <= 3; ++n) {
         Fill({"", "abc", 'a', NULL, NULL, NULL, NULL});
-        for (const GestureEvent &event : ParseGesture("L+A M16,15", Place))
-            Send(event);
+        Play("L+A M16,15");
         log.failAt = n;
         selector.LeftUp(dc, 0, {16, 15});
         EXPECT_EQ(TakeFailure(), XALLOC);
         EXPECT_EQ(selector.States(), "0 0");
         EXPECT_TRUE(ly.IsSound());
         log.Take();
-        for (const GestureEvent &event : ParseGesture("M30,30 L-30,30", Place))
-            Send(event);
+        Play("M30,30 L-30,30");
         EXPECT_EQ(log.Take(), "");
     }
 }
@@ -446,7 +464,7 @@ TEST_F(Selector, AFailedDragIsTakenBackAndMovesNothing)
 {
     for (int n = 1; n <= 6; ++n) { // the handles, begin and drag of both
         Fill({"", "ab", 'a', NULL, NULL, NULL, NULL});
-        Send(ParseGesture("L+A", Place)[0]);
+        Play("L+A");
         log.failAt = n;
         selector.MouseMove(dc, 0, {16, 15});
         EXPECT_EQ(TakeFailure(), XALLOC);
@@ -455,7 +473,7 @@ TEST_F(Selector, AFailedDragIsTakenBackAndMovesNothing)
         EXPECT_TRUE(selector.IsIdle());
         EXPECT_FALSE(AnyDrags());
         for (const auto &spr : sprites)
-            EXPECT_EQ(static_cast<TTestSprite *>(ByName(ly, spr.name[0]))->place, spr.place);
+            EXPECT_EQ(ByName(ly, spr.name[0])->place, spr.place);
     }
 }
 
@@ -463,14 +481,13 @@ TEST_F(Selector, APressBehindAFailedDragBeginsItsOwn)
 {
     for (const char *press : {"L+B M56,15 L-56,15", "R+B M56,15 R-56,15"}) {
         Fill({"", "a", 'a', NULL, NULL, NULL, NULL});
-        Send(ParseGesture("L+A", Place)[0]);
+        Play("L+A");
         log.failAt = 4; // the handles went and came, a has begun
         selector.MouseMove(dc, 0, {16, 15});
         EXPECT_EQ(TakeFailure(), XALLOC);
         EXPECT_TRUE(AnyDrags());
         log.Take();
-        for (const GestureEvent &event : ParseGesture(press, Place))
-            Send(event);
+        Play(press);
         std::string mode = press[0] == 'L' ? "1" : "2";
         EXPECT_EQ(Deeds(log.Take()), "a.hide a.drop1@15,15+40,0 b.begin" + mode + "@55,15+1,0 b.drag" + mode +
                                          "@55,15+1,0 b.drop" + mode + "@55,15+1,0 ");
@@ -481,8 +498,7 @@ TEST_F(Selector, APressBehindAFailedDragBeginsItsOwn)
 TEST_F(Selector, ADragThatCannotEvenBeTakenBackIsLeftAlone)
 {
     Fill({"", "a", 'a', NULL, NULL, NULL, NULL});
-    for (const GestureEvent &event : ParseGesture("L+A M16,15", Place))
-        Send(event);
+    Play("L+A M16,15");
     log.onwards = true;
     log.failAt = 1;
     selector.MouseMove(dc, 0, {17, 15});
@@ -493,20 +509,18 @@ TEST_F(Selector, ADragThatCannotEvenBeTakenBackIsLeftAlone)
     log.onwards = false;
     log.failAt = 0;
     log.Take();
-    Send(ParseGesture("L+E", Place)[0]);
+    Play("L+E");
     EXPECT_EQ(Deeds(log.Take()), "");
-    EXPECT_EQ(static_cast<TTestSprite *>(ByName(ly, 'a'))->place, sprites[0].place);
+    EXPECT_EQ(ByName(ly, 'a')->place, sprites[0].place);
 }
 
 TEST_F(Selector, ABandStaysABandWhereAFocusComesUnderIt)
 {
     Fill(rows[0]);
-    for (const GestureEvent &event : ParseGesture("L+E M5,5", Place))
-        Send(event);
+    Play("L+E M5,5");
     ly.SelectAll(true, NULL);
     ly.SetFocus(ly.LnkFirst(), NULL);
-    for (const GestureEvent &event : ParseGesture("M6,6 M40,5 L-40,5", Place))
-        Send(event);
+    Play("M6,6 M40,5 L-40,5");
     EXPECT_EQ(Deeds(log.Take()), "");
     EXPECT_TRUE(selector.IsIdle());
     EXPECT_TRUE(ly.IsSound());
@@ -537,24 +551,10 @@ protected:
 
     void Fill(const Row &row)
     {
-        blk->main.SelectAll(false, NULL);
-        blk->main.DeleteAll(false);
-        for (const auto &spr : sprites)
-            blk->main.Put(spr.name, spr.place);
-        for (const char *name = row.selected; *name; ++name)
-            blk->main.Select(ByName(*name), true, NULL);
-        if (row.focus)
-            blk->main.SetFocus(ByName(row.focus), NULL);
+        Arrange(blk->main, row);
         doc.Refresh(0);
         testdoor::Settle();
         log.Take();
-    }
-    TEdcSprite *ByName(char name)
-    {
-        TEdcSprite *spr = blk->main.LnkFirst();
-        while (static_cast<TTestSprite *>(spr)->name[0] != name)
-            spr = blk->main.LnkNext(spr);
-        return spr;
     }
     TPoint InWindow(TPoint p) { return doc.ToWindow(p + TPoint{blk->rect.x, blk->rect.y}); }
     void Send(const GestureEvent &event)
@@ -587,14 +587,10 @@ protected:
             break;
         }
     }
-    /// What is on the screen is what a fresh paint of everything shows.
-    bool LooksFresh()
+    void Play(const std::string &events)
     {
-        testdoor::Settle();
-        std::vector<TColor> now = testdoor::Pixels(doc);
-        doc.Invalidate();
-        testdoor::Settle();
-        return now == testdoor::Pixels(doc);
+        for (const GestureEvent &event : ParseGesture(events, Place))
+            Send(event);
     }
     void LetGo()
     {
@@ -613,16 +609,14 @@ TEST_F(SelectorInAWindow, EachGestureMeansTheSameAndLeavesNoTraces)
     for (const Row &row : rows) {
         SCOPED_TRACE(row.name);
         Fill(row);
-        for (const GestureEvent &event : ParseGesture(row.events, Place))
-            Send(event);
-        std::string lists = blk->main.Pnt() + " " + blk->main.Sel() + " " + blk->main.FocusName();
-        EXPECT_EQ(lists, row.lists);
+        Play(row.events);
+        EXPECT_EQ(Lists(blk->main), row.lists);
         EXPECT_EQ(blk->selector.States(), row.states);
         EXPECT_EQ(doc.obsolete, 0);
         LetGo();
         EXPECT_TRUE(blk->selector.IsIdle());
         EXPECT_TRUE(blk->main.IsSound());
-        EXPECT_TRUE(LooksFresh());
+        EXPECT_TRUE(LooksFresh(doc));
     }
 }
 
@@ -636,7 +630,7 @@ TEST_F(SelectorInAWindow, NothingIsLeftBehindWhereTheWindowIsSettledAfterEachEve
             testdoor::Settle();
         }
         LetGo();
-        EXPECT_TRUE(LooksFresh());
+        EXPECT_TRUE(LooksFresh(doc));
     }
 }
 
@@ -648,18 +642,29 @@ TEST_F(SelectorInAWindow, EscTakesAnyGestureBackAndKeepsTheSelection)
             continue;
         SCOPED_TRACE(row.name);
         Fill(row);
-        for (const GestureEvent &event : ParseGesture(row.events, Place))
-            Send(event);
+        Play(row.events);
         std::string selected = blk->main.Sel();
         testdoor::Key(doc, "Esc");
         EXPECT_TRUE(blk->selector.IsIdle());
         EXPECT_EQ(blk->main.Sel(), selected);
         for (const auto &spr : sprites)
-            EXPECT_EQ(static_cast<TTestSprite *>(ByName(spr.name[0]))->place, spr.place);
+            EXPECT_EQ(ByName(blk->main, spr.name[0])->place, spr.place);
         EXPECT_EQ(doc.openedBlk, blk);
-        EXPECT_TRUE(LooksFresh());
+        EXPECT_TRUE(LooksFresh(doc));
         LetGo();
     }
+}
+
+TEST_F(SelectorInAWindow, EscUnderADoubleClickOpensNothing)
+{
+    Fill(rows[0]);
+    Play("L+A L-A LLA");
+    testdoor::Key(doc, "Esc");
+    EXPECT_TRUE(blk->selector.IsIdle());
+    LetGo();
+    EXPECT_EQ(Deeds(log.Take()), "");
+    testdoor::DoubleClick(doc, InWindow(Place('A')));
+    EXPECT_EQ(Deeds(log.Take()), "main.open0@15,15 ");
 }
 
 TEST_F(SelectorInAWindow, GhostAndBandComeOffWhereThePictureMovesUnderThem)
@@ -669,20 +674,19 @@ TEST_F(SelectorInAWindow, GhostAndBandComeOffWhereThePictureMovesUnderThem)
         Fill(rows[0]);
         doc.Scroller()->ScrollTo(0, 0);
         testdoor::Settle();
-        for (const GestureEvent &event : ParseGesture(press, Place))
-            Send(event);
+        Play(press);
         testdoor::Wheel(doc, {50, 50}, -1);
         testdoor::Key(doc, "Right");
-        Send(ParseGesture("M60,60", Place)[0]);
+        Play("M60,60");
         testdoor::Move(doc, {400, 300}, 0, doc.leftDown > 0, doc.rightDown > 0); // outside: it scrolls
         EXPECT_TRUE(doc.autoScroll);
         doc.scrollTick -= 1000;
         doc.IdleAction(0);
-        Send(ParseGesture("M150,100", Place)[0]);
+        Play("M150,100");
         testdoor::Settle();
         LetGo();
         EXPECT_GT(doc.Scroller()->XPos(), 0);
-        EXPECT_TRUE(LooksFresh());
+        EXPECT_TRUE(LooksFresh(doc));
     }
 }
 
@@ -690,12 +694,10 @@ TEST_F(SelectorInAWindow, APressThatBringsTheFocusDoesNotPaintOverTheBand)
 {
     Fill(rows[0]);
     doc.EvSetFocus(); // all is invalid, and no turn of the message loop comes before the moves
-    for (const GestureEvent &event : ParseGesture("L+E M170,40", Place))
-        Send(event);
+    Play("L+E M170,40");
     testdoor::Settle();
-    for (const GestureEvent &event : ParseGesture("M175,40 L-175,40", Place))
-        Send(event);
-    EXPECT_TRUE(LooksFresh());
+    Play("M175,40 L-175,40");
+    EXPECT_TRUE(LooksFresh(doc));
 }
 
 TEST_F(SelectorInAWindow, AFailureInAGestureIsReportedOnceAndLeavesTheWindowUsable)
@@ -707,8 +709,7 @@ TEST_F(SelectorInAWindow, AFailureInAGestureIsReportedOnceAndLeavesTheWindowUsab
             TestHook hook;
             log.fired = 0;
             log.failAt = n;
-            for (const GestureEvent &event : ParseGesture(events, Place))
-                Send(event);
+            Play(events);
             log.failAt = 0;
             LetGo();
             bool inPaint = blk->manager.IsSuspended(); // a failure of painting ends there
@@ -720,9 +721,8 @@ TEST_F(SelectorInAWindow, AFailureInAGestureIsReportedOnceAndLeavesTheWindowUsab
             }
             doc.Refresh(0);
             EXPECT_TRUE(blk->selector.IsIdle());
-            EXPECT_TRUE(LooksFresh());
-            for (const GestureEvent &event : ParseGesture("L+E L-E", Place))
-                Send(event);
+            EXPECT_TRUE(LooksFresh(doc));
+            Play("L+E L-E");
             EXPECT_EQ(blk->main.Sel(), "");
             EXPECT_TRUE(blk->main.IsSound());
             if (log.fired == 0)
@@ -738,6 +738,6 @@ TEST_F(SelectorInAWindow, ARealDoubleClickOpensAndARightClickAsksForTheMenu)
     testdoor::Click(doc, InWindow(Place('B')), testdoor::RIGHT);
     EXPECT_EQ(Deeds(log.Take()), "main.menu0@55,15 ");
     EXPECT_EQ(blk->main.Sel(), "b");
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
 }
 } // namespace

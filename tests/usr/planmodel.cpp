@@ -35,18 +35,14 @@ void PlanModel::Remove(int ly, int spr)
 void PlanModel::Command(int id)
 {
     if (id == EDC_CmDELETE)
-        while (!Layer().sel.empty())
-            Remove(active, Layer().sel.front());
-    else if (id == EDC_CmINVERT)
-        Layer().Invert();
-    else
-        Layer().SelectAll(id == EDC_CmSELECTALL);
+        for (int spr : Layer()->sel)
+            sprites.erase(spr);
+    Layer()->Command(id);
 }
 
 void PlanModel::Idle()
 {
-    leftState = rightState = 0;
-    dragging = band = false;
+    Rest();
     if (tool == CREATOR)
         outside = false;
 }
@@ -56,9 +52,9 @@ void PlanModel::SetLayer(int ly)
     if (ly == active)
         return;
     Idle();
-    Layer().active = false;
+    Layer()->active = false;
     active = ly;
-    Layer().active = true;
+    Layer()->active = true;
     tool = SELECTOR;
     Idle();
 }
@@ -86,47 +82,15 @@ bool PlanModel::IsDoubtful(TPoint at) const
     });
 }
 
-int PlanModel::TopAt(TPoint at) const
+bool PlanModel::IsIn(int spr, const TRect &rect) const
 {
-    const std::vector<int> &pnt = layers[active].pnt;
-    auto hit = std::find_if(pnt.rbegin(), pnt.rend(), [&](int spr) { return IsHit(spr, at); });
-    return hit == pnt.rend() ? 0 : *hit;
+    plain::BOX box = plain::Around(sprites.at(spr).Now(), 0);
+    return rect.Contains(axes.Pixel(box.low)) && rect.Contains(axes.Pixel(box.high));
 }
 
-void PlanModel::Pick(TPoint at)
+void PlanModel::Grip(TPoint at)
 {
-    int spr = TopAt(at);
-    if (!spr || !Layer().Selected(spr))
-        Layer().SelectAll(false);
-    if (spr)
-        Layer().Select(spr, true);
-    Layer().SetFocus(spr);
-}
-
-void PlanModel::PickToggle(TPoint at, bool toggle)
-{
-    int spr = TopAt(at);
-    bool leaves = spr && toggle && Layer().Selected(spr);
-    if (spr)
-        Layer().Select(spr, !leaves);
-    if (!leaves)
-        Layer().SetFocus(spr);
-}
-
-std::vector<int> PlanModel::FocusFirst()
-{
-    std::vector<int> order;
-    if (Layer().focus)
-        order.push_back(Layer().focus);
-    for (int spr : Layer().sel)
-        if (spr != Layer().focus)
-            order.push_back(spr);
-    return order;
-}
-
-void PlanModel::Begin(TPoint at)
-{
-    const SHAPE &lead = sprites[Layer().focus].Now();
+    const SHAPE &lead = sprites[Layer()->focus].Now();
     grip = STEP();
     grip.handle = plain::HandleAt(lead, axes, HANDLE, start);
     grip.kind = button == 2 ? STEP::TURN : grip.handle >= 0 ? STEP::HANDLE : STEP::MOVE;
@@ -134,174 +98,87 @@ void PlanModel::Begin(TPoint at)
     TPoint seen = at - grip.pivot;
     grip.startAngle = std::arg(POINT(seen.x, seen.y == 0 ? 0 : -seen.y));
     for (int spr : FocusFirst()) {
-        sprites[spr].drags = grip.kind != STEP::HANDLE || spr == Layer().focus;
+        sprites[spr].drags = grip.kind != STEP::HANDLE || spr == Layer()->focus;
         sprites[spr].hidden = false;
     }
-    dragging = true;
 }
 
-void PlanModel::DropOne(int spr, const STEP &step)
+void PlanModel::DropOne(int spr, unsigned keys, TPoint at)
 {
     if (!std::exchange(sprites[spr].drags, false) || sprites[spr].hidden)
         return;
-    if (step.kind == STEP::HANDLE && spr != Layer().focus)
+    if (grip.kind == STEP::HANDLE && spr != Layer()->focus)
         return;
+    STEP step = grip;
+    step.shift = keys & WIN_KEY_SHIFT;
+    step.ctrl = keys & WIN_KEY_CTRL;
+    step.by = at - start;
+    step.pointer = at;
     std::vector<SHAPE> ends = plain::Stepped(sprites[spr].Now(), step, axes);
     ++drops[step.kind];
     if (step.kind == STEP::MOVE && step.ctrl) {
         int copy = Add(active, ends.front());
-        Layer().Select(spr, false);
-        Layer().Select(copy, true);
+        Layer()->Select(spr, false);
+        Layer()->Select(copy, true);
         ++copies;
         spr = copy;
     }
     sprites[spr].may = ends;
 }
 
-void PlanModel::Drop(unsigned keys, TPoint at)
-{
-    dragging = false;
-    STEP step = grip;
-    step.shift = keys & WIN_KEY_SHIFT;
-    step.ctrl = keys & WIN_KEY_CTRL;
-    step.by = at - start;
-    step.pointer = at;
-    for (int spr : FocusFirst())
-        DropOne(spr, step);
-    if (!outside)
-        Layer().RepaintSelection();
-}
-
-void PlanModel::BandEnd()
-{
-    band = false;
-    if (outside)
-        return;
-    TRect rect = TRect{start.x, start.y, bandEnd.x, bandEnd.y}.Normalized();
-    for (int spr : Layer().lnk) {
-        plain::BOX box = plain::Around(sprites[spr].Now(), 0);
-        if (rect.Contains(axes.Pixel(box.low)) && rect.Contains(axes.Pixel(box.high)))
-            Layer().Select(spr, true);
-    }
-}
-
-void PlanModel::TakeBack(unsigned keys, TPoint at)
-{
-    if (!outside)
-        Outside(true);
-    if (dragging)
-        Drop(keys, at);
-    if (band)
-        BandEnd();
-}
-
 void PlanModel::LeftDown(unsigned keys, TPoint at)
 {
-    if (rightState == 1) {
-        if (tool == SELECTOR) {
-            if (!outside)
-                Outside(true);
-            RightUp(keys, at);
-        }
-        return;
-    }
-    if (dragging || band)
-        TakeBack(keys, at);
-    leftState = button = 1;
-    outside = false;
-    start = last = at;
-    if (tool == CREATOR)
+    if (tool == SELECTOR) {
+        PlainSelector::LeftDown(keys, at);
+    } else if (rightState == 0) {
+        leftState = 1;
+        outside = false;
+        start = last = at;
         origin = from = to = plain::Snapped(axes.Metres(at), axes.snap);
-    else if (!(keys & WIN_KEY_SHIFT))
-        Pick(at);
+    }
 }
 
 void PlanModel::LeftUp(unsigned keys, TPoint at)
 {
-    int former = std::exchange(leftState, 0);
-    if (former == 1 && tool == CREATOR) {
-        if (!outside)
-            Create();
-    } else if (former == 1 && dragging) {
-        Drop(keys, at);
-    } else if (former == 1 && band) {
-        BandEnd();
-    } else if (former == 1 && (keys & WIN_KEY_SHIFT) && !outside) {
-        PickToggle(at, true);
-    } else if (former == 0 && rightState == 0 && (dragging || band)) {
-        TakeBack(keys, at);
-    }
+    if (tool == SELECTOR)
+        PlainSelector::LeftUp(keys, at);
+    else if (std::exchange(leftState, 0) == 1 && !outside)
+        Create();
 }
 
-void PlanModel::LeftDouble()
+void PlanModel::LeftDouble(unsigned keys, TPoint at)
 {
-    if (tool == CREATOR || rightState != 0)
-        return;
-    leftState = 2;
-    outside = false;
+    if (tool == SELECTOR)
+        PlainSelector::LeftDouble(keys, at);
 }
 
 void PlanModel::RightDown(unsigned keys, TPoint at)
 {
-    if (leftState == 1) {
-        if (!outside)
-            Outside(true);
-        LeftUp(keys, at);
-        return;
-    }
-    if (leftState == 2) {
+    if (tool == SELECTOR) {
+        PlainSelector::RightDown(keys, at);
+    } else {
+        outside = leftState == 1; // the shape is taken back
+        rightState = leftState == 0;
         leftState = 0;
-        return;
     }
-    if (dragging || band)
-        TakeBack(keys, at);
-    rightState = 1;
-    outside = false;
-    if (tool == CREATOR)
-        return;
-    button = 2;
-    start = last = at;
-    Pick(at);
 }
 
 void PlanModel::RightUp(unsigned keys, TPoint at)
 {
-    int former = std::exchange(rightState, 0);
-    if (former == 1 && dragging)
-        Drop(keys, at);
-    else if (former == 0 && leftState == 0 && (dragging || band))
-        TakeBack(keys, at);
+    if (tool == SELECTOR)
+        PlainSelector::RightUp(keys, at);
+    else
+        rightState = 0;
 }
 
 void PlanModel::MouseMove(unsigned keys, TPoint at)
 {
-    if (tool == CREATOR) {
-        if (leftState == 1 && !outside) {
-            to = plain::Snapped(axes.Metres(at), axes.snap);
-            Constrain(keys);
-        }
-        return;
+    if (tool == SELECTOR) {
+        PlainSelector::MouseMove(keys, at);
+    } else if (leftState == 1 && !outside) {
+        to = plain::Snapped(axes.Metres(at), axes.snap);
+        Constrain(keys);
     }
-    if (outside || at == last || (leftState != 1 && rightState != 1))
-        return;
-    last = at;
-    if (!dragging && !band)
-        PickToggle(start, false);
-    if (Layer().focus && !band) {
-        if (!dragging)
-            Begin(at);
-    } else if (leftState == 1 && !dragging) {
-        band = true;
-        bandEnd = at;
-    }
-}
-
-void PlanModel::Outside(bool on)
-{
-    outside = on;
-    if (dragging)
-        for (int spr : Layer().sel)
-            sprites[spr].hidden = on;
 }
 
 void PlanModel::Constrain(unsigned keys)
@@ -330,9 +207,9 @@ void PlanModel::Create()
     shape.width = shape.line ? std::abs(way) : way.real();
     shape.height = shape.line ? 0 : way.imag();
     shape.angle = shape.line ? std::arg(way) : 0;
-    Layer().SelectAll(false);
+    Layer()->SelectAll(false);
     int spr = Add(active, shape);
-    Layer().Select(spr, true);
-    Layer().SetFocus(spr);
+    Layer()->Select(spr, true);
+    Layer()->SetFocus(spr);
     ++made;
 }

@@ -5,7 +5,7 @@
 #define TESTS_USR_PLANMODEL_H
 
 #include "plainplan.h"
-#include "spritemodel.h"
+#include "plainselector.h"
 
 #include <map>
 #include <string>
@@ -21,7 +21,7 @@ struct ModelShape {
 };
 
 /// Layer 0 has rectangles, layer 1 lines.
-class PlanModel
+class PlanModel : public PlainSelector
 {
 public:
     enum TOOL { SELECTOR, CREATOR }; // the creator makes rectangles on layer 0 and lines on layer 1
@@ -33,41 +33,33 @@ public:
     void SetLayer(int ly);
     void SetTool(TOOL tl);
     bool IsDoubtful(TPoint at) const; // a click there may or may not hit something
-    bool IsIdle() const { return leftState == 0 && rightState == 0 && !dragging && !band; }
 
-    void LeftDown(unsigned keys, TPoint at);
-    void LeftUp(unsigned keys, TPoint at);
-    void LeftDouble();
-    void RightDown(unsigned keys, TPoint at);
-    void RightUp(unsigned keys, TPoint at);
-    void MouseMove(unsigned keys, TPoint at);
-    void Outside(bool on);
+    void LeftDown(unsigned keys, TPoint at) override;
+    void LeftUp(unsigned keys, TPoint at) override;
+    void LeftDouble(unsigned keys, TPoint at) override;
+    void LeftDouble() { LeftDouble(0, last); } // where no gesture is under way
+    void RightDown(unsigned keys, TPoint at) override;
+    void RightUp(unsigned keys, TPoint at) override;
+    void MouseMove(unsigned keys, TPoint at) override;
 
     plain::AXES axes;
     PlainLayer layers[2];
     std::map<int, ModelShape> sprites; // by number
     int active = 0;
     TOOL tool = SELECTOR;
-
-    TPoint start, last, bandEnd;
-    bool dragging = false, band = false, outside = false;
-    int leftState = 0, rightState = 0, button = 0;
     int drops[4] = {}; // that made something, by the kind of the step
     int copies = 0, made = 0;
 
+protected:
+    PlainLayer *Layer() override { return &layers[active]; }
+    bool IsHit(int spr, TPoint at) const override;
+    bool IsIn(int spr, const TRect &rect) const override;
+    void Grip(TPoint at) override;
+    void Hide(int spr, bool on) override { sprites[spr].hidden = on; }
+    void DropOne(int spr, unsigned keys, TPoint at) override;
+
 private:
-    PlainLayer &Layer() { return layers[active]; }
     void Idle();
-    bool IsHit(int spr, TPoint at) const;
-    int TopAt(TPoint at) const;
-    void Pick(TPoint at);
-    void PickToggle(TPoint at, bool toggle);
-    std::vector<int> FocusFirst();
-    void Begin(TPoint at);
-    void Drop(unsigned keys, TPoint at);
-    void DropOne(int spr, const plain::STEP &step);
-    void BandEnd();
-    void TakeBack(unsigned keys, TPoint at);
     void Constrain(unsigned keys);
     void Create();
 
