@@ -217,16 +217,28 @@ void DarkTheme(bool on)
     QApplication::setPalette(palette);
 }
 
-void Key(TWindow &window, const char *name, unsigned keys)
+/// Between the press and the release that the hand makes, the keyboard makes its own.
+void HoldKey(TWindow &window, const char *name, int repeats, unsigned keys)
 {
     QKeySequence sequence(QString::fromLatin1(name), QKeySequence::PortableText);
     ASSERT(sequence.count() == 1);
     QKeyCombination key = sequence[0];
     Qt::KeyboardModifiers modifiers = key.keyboardModifiers() | Modifiers(keys);
-    for (QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
-        QKeyEvent event(type, key.key(), modifiers);
+    auto send = [&](QEvent::Type type, bool again) {
+        QKeyEvent event(type, key.key(), modifiers, QString(), again);
         QApplication::sendEvent(WidgetOf(window), &event);
+    };
+    send(QEvent::KeyPress, false);
+    for (int i = 0; i < repeats; ++i) {
+        send(QEvent::KeyRelease, true);
+        send(QEvent::KeyPress, true);
     }
+    send(QEvent::KeyRelease, false);
+}
+
+void Key(TWindow &window, const char *name, unsigned keys)
+{
+    HoldKey(window, name, 0, keys);
 }
 
 std::string KeyName(const char *key)

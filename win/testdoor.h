@@ -30,7 +30,8 @@ void Minimize(TWindow &window, bool on);
 void MoveToScreen(TWindow &window, int screen);                 // from 0
 void DarkTheme(bool on);                                        // the desktop's
 void Key(TWindow &window, const char *name, unsigned keys = 0); // "PgDown", "Home", "F5", "Ctrl+P" ...
-std::string KeyName(const char *key);                           // as menus show it, Windows-1252
+void HoldKey(TWindow &window, const char *name, int repeats, unsigned keys = 0);
+std::string KeyName(const char *key); // as menus show it, Windows-1252
 bool IsWaitCursor();
 void PostClose(TWindow &window); // the desktop asks the window to close, through the queue
 /// Paints what is invalid and settles the queue.

@@ -2,10 +2,9 @@
 // desktop.
 #include "lib/platform.h"
 #include "mousefixture.h"
+#include "support/freshpaint.h"
 #include "support/programtables.h"
 #include "usr/edcutils.h"
-
-#include <vector>
 
 namespace
 {
@@ -50,10 +49,7 @@ TEST_F(Mouse, WhatAToolDrawsComesOffAgainAlsoWhereTheDocumentIsScrolledUnderIt)
     EXPECT_FALSE(hidden);
     tool.drawing = toggle;
     testdoor::Release(doc, {100, 100});
-    std::vector<TColor> now = testdoor::Pixels(doc);
-    doc.Invalidate();
-    testdoor::Settle();
-    EXPECT_TRUE(now == testdoor::Pixels(doc));
+    EXPECT_TRUE(LooksFresh(doc));
 }
 
 TEST_F(Mouse, ScrollingInADragHidesWhatTheToolDraws)
@@ -194,6 +190,24 @@ TEST_F(MouseAndKeys, EscTakesAGestureBackAndClosesTheBlockWhenNoButtonIsDown)
         testdoor::Release(doc, {20, 20}, row.button);
         EXPECT_EQ(doc.log.Take(), "");
         testdoor::Key(doc, "Esc");
+        EXPECT_EQ(doc.log.Take(), "a.command20035 a.close ");
+        EXPECT_EQ(doc.openedBlk, nullptr);
+    }
+}
+
+TEST_F(MouseAndKeys, AHeldEscTakesTheGestureBackAndNoMore)
+{
+    enum { REPEATS = 20 };
+    for (testdoor::Button button : {testdoor::LEFT, testdoor::RIGHT}) {
+        OpenA();
+        testdoor::Press(doc, {10, 10}, button);
+        doc.log.Take();
+        testdoor::HoldKey(doc, "Esc", REPEATS);
+        EXPECT_EQ(doc.log.Take(), button == testdoor::LEFT ? "t.outside t.up " : "t.outside t.rup ");
+        EXPECT_EQ(doc.openedBlk, a);
+        ExpectIdle("held");
+        testdoor::Release(doc, {10, 10}, button);
+        testdoor::HoldKey(doc, "Esc", REPEATS); // pressed anew, it closes the block, and once
         EXPECT_EQ(doc.log.Take(), "a.command20035 a.close ");
         EXPECT_EQ(doc.openedBlk, nullptr);
     }
