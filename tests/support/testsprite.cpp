@@ -182,48 +182,37 @@ void TTestSprite::Paint(TDC &dc)
     __treat
 }
 
-void TTestLayer::Reset()
+/// A call of its own, which may fail, and behind it what every layer does.
+template <class WORK>
+void TTestLayer::Logged(const std::string &word, WORK work)
 {
     __enter
         if (logs) {
-            log.Add(name + ".reset"); __test;
+            log.Add(name + "." + word); __test;
         }
-        TEdcSpriteLayer::Reset(); __test;
+        work(); __test;
     __point
     __treat
+}
+
+void TTestLayer::Reset()
+{
+    Logged("reset", [this] { TEdcSpriteLayer::Reset(); });
 }
 
 void TTestLayer::SetTool(int aToolId)
 {
-    __enter
-        if (logs) {
-            log.Add(name + ".tool" + std::to_string(aToolId)); __test;
-        }
-        TEdcSpriteLayer::SetTool(aToolId); __test;
-    __point
-    __treat
+    Logged("tool" + std::to_string(aToolId), [=, this] { TEdcSpriteLayer::SetTool(aToolId); });
 }
 
 void TTestLayer::Layout(TDC &dc)
 {
-    __enter
-        if (logs) {
-            log.Add(name + ".layout"); __test;
-        }
-        TEdcSpriteLayer::Layout(dc); __test;
-    __point
-    __treat
+    Logged("layout", [&] { TEdcSpriteLayer::Layout(dc); });
 }
 
 void TTestLayer::Reload(void *arg)
 {
-    __enter
-        if (logs) {
-            log.Add(name + ".reload"); __test;
-        }
-        TEdcSpriteLayer::Reload(arg); __test;
-    __point
-    __treat
+    Logged("reload", [=, this] { TEdcSpriteLayer::Reload(arg); });
 }
 
 void TTestLayer::OpenAt(unsigned keys, TPoint point)
@@ -238,24 +227,12 @@ void TTestLayer::MenuAt(unsigned keys, TPoint point)
 
 void TTestLayer::Paint(TDC &dc, const TRect &rect)
 {
-    __enter
-        if (logs) {
-            log.Add(name + ".paint"); __test;
-        }
-        TEdcSpriteLayer::Paint(dc, rect); __test;
-    __point
-    __treat
+    Logged("paint", [&] { TEdcSpriteLayer::Paint(dc, rect); });
 }
 
 void TTestLayer::PaintPlain(TDC &dc, const TRect &rect)
 {
-    __enter
-        if (logs) {
-            log.Add(name + ".plain"); __test;
-        }
-        TEdcSpriteLayer::PaintPlain(dc, rect); __test;
-    __point
-    __treat
+    Logged("plain", [&] { TEdcSpriteLayer::PaintPlain(dc, rect); });
 }
 
 TTestSprite *TTestLayer::Put(const char *spriteName, const TRect &place)

@@ -96,6 +96,10 @@ public:
     const std::string name;
     SpriteLog &log;
     bool logs = true; // its own calls, beside those of its sprites
+
+private:
+    template <class WORK>
+    void Logged(const std::string &word, WORK work);
 };
 
 class TTestSpriteTool : public TEdcSpriteTool

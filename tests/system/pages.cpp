@@ -1,33 +1,17 @@
 // The framework's own document in a window, for looking at and for roads on a real screen. It starts with a new
 // document.
-#include "lib/charstr.h"
+#include "probe.h"
 #include "support/pagedoc.h"
-#include "usr/edcapp.h"
-#include "win/frame.h"
-#include "win/gadgets.h"
-
-#include <memory>
 
 namespace
 {
-std::unique_ptr<TPageDoc> document;
-std::unique_ptr<TControlBar> toolBar;
-std::unique_ptr<TStatusBar> statusBar;
+std::unique_ptr<TProbe<TPageDoc>> probe;
 
 void StartUp()
 {
-    StrCopy(TEdcApplication::title, "Seitenprobe", sizeof TEdcApplication::title);
-    TEdcApplication::menuId = 1000;
-    TEdcApplication::iconId = 1030;
-    toolBar = std::make_unique<TControlBar>();
-    for (auto [picture, command] : {std::pair{1605, 20035}, std::pair{1609, 20023}})
-        toolBar->Insert(std::make_unique<TButtonGadget>(picture, command));
-    toolBar->Insert(std::make_unique<TSeparatorGadget>());
-    statusBar = std::make_unique<TStatusBar>();
-    TEdcApplication::toolBar = toolBar.get();
-    TEdcApplication::statusBar = statusBar.get();
-    document = std::make_unique<TPageDoc>();
-    SetAppDocument(document.get());
+    const std::vector<ProbeButton> buttons = {{1605, 20035}, {1609, 20023}};
+    probe = std::make_unique<TProbe<TPageDoc>>("Seitenprobe", buttons);
+    probe->toolBar.Insert(std::make_unique<TSeparatorGadget>());
 }
 
 class PagesApplication : public TEdcApplication
@@ -46,10 +30,5 @@ public:
 int main(int argc, char **argv)
 {
     PagesApplication application(argc, argv);
-    TEdcApplication::startUp = StartUp;
-    int code = application.Run();
-    document.reset();
-    toolBar.reset();
-    statusBar.reset();
-    return code;
+    return RunProbe(application, probe, StartUp);
 }

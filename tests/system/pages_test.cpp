@@ -3,6 +3,7 @@
 #include "lib/platform.h"
 #include "lib/xfail.h"
 #include "support/folder.h"
+#include "support/freshpaint.h"
 #include "support/pagedoc.h"
 #include "support/pdftext.h"
 #include "support/programtables.h"
@@ -65,21 +66,6 @@ protected:
         SetResTextSink(NULL);
     }
 
-    /// What is on the screen is what a fresh paint of everything shows.
-    testing::AssertionResult LooksFresh()
-    {
-        testdoor::Settle();
-        std::vector<TColor> now = testdoor::Pixels(doc);
-        doc.Invalidate();
-        testdoor::Settle();
-        std::vector<TColor> fresh = testdoor::Pixels(doc);
-        if (now == fresh)
-            return testing::AssertionSuccess();
-        size_t differing = 0;
-        for (size_t i = 0; i < std::min(now.size(), fresh.size()); ++i)
-            differing += !(now[i] == fresh[i]);
-        return testing::AssertionFailure() << differing << " of " << now.size() << " pixels differ";
-    }
     TPoint Middle(const TEdcBlock *blk)
     {
         TRect place = doc.ToWindow(blk->rect.Rect());
@@ -110,7 +96,7 @@ TEST_F(Pages, AreThreeOfPaperAndWhite)
     EXPECT_EQ(testdoor::Pixel(doc, {1, 1}), WIN_WHITE);
     std::vector<TColor> pixels = testdoor::Pixels(doc);
     EXPECT_GT(std::count(pixels.begin(), pixels.end(), WIN_BLACK), 500); // there is writing on it
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
 }
 
 TEST_F(Pages, ScrollWithTheWheelTheKeysAndTheBarWithoutTraces)
@@ -118,18 +104,18 @@ TEST_F(Pages, ScrollWithTheWheelTheKeysAndTheBarWithoutTraces)
     int top = doc.Scroller()->YPos();
     testdoor::Wheel(doc, {100, 100}, -3);
     EXPECT_GT(doc.Scroller()->YPos(), top);
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
     testdoor::Key(doc, "End");
     EXPECT_EQ(doc.Scroller()->YPos(), doc.Scroller()->YRange());
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
     testdoor::Key(doc, "PgUp");
     EXPECT_LT(doc.Scroller()->YPos(), doc.Scroller()->YRange());
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
     testdoor::Key(doc, "Home");
     EXPECT_EQ(doc.Scroller()->YPos(), 0);
     testdoor::Key(doc, "Down");
     EXPECT_EQ(doc.Scroller()->YPos(), 20);
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
 }
 
 TEST_F(Pages, ZoomAtThePointerWithCtrlAndWheel)
@@ -145,7 +131,7 @@ TEST_F(Pages, ZoomAtThePointerWithCtrlAndWheel)
     under = doc.ToDocument(at);
     EXPECT_NEAR(under.y / doc.scale, y, 4);
     EXPECT_NEAR(under.x / doc.scale, x, 4);
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
 }
 
 TEST_F(Pages, TakeAZoomFromTheDialog)
@@ -163,7 +149,7 @@ TEST_F(Pages, TakeAZoomFromTheDialog)
         });
         Choose(ZOOM);
         EXPECT_EQ(doc.docZoom.Percent(), row.percent);
-        EXPECT_TRUE(LooksFresh());
+        EXPECT_TRUE(LooksFresh(doc));
     }
     testdoor::Script([](testdoor::ModalBox &box) {
         testdoor::DialogBox(box).Type(ZOOM_BOX, "999999999");
@@ -178,7 +164,7 @@ TEST_F(Pages, TakeAZoomFromTheDialog)
     });
     Choose(ZOOM);
     EXPECT_EQ(doc.docZoom.presetIndex, 0);
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
 }
 
 TEST_F(Pages, SelectABlockAndLetGoOfItWithoutTraces)
@@ -188,7 +174,7 @@ TEST_F(Pages, SelectABlockAndLetGoOfItWithoutTraces)
     testdoor::Click(doc, Middle(doc.plan));
     EXPECT_EQ(doc.selectedBlk, doc.plan);
     EXPECT_NE(testdoor::Pixels(doc), before);
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
     testdoor::Click(doc, {2, 2}); // beside the paper
     EXPECT_EQ(doc.selectedBlk, nullptr);
     EXPECT_EQ(testdoor::Pixels(doc), before);
@@ -217,13 +203,13 @@ TEST_F(Pages, OpenAPlanDrawOnItAndGoBackToWhereTheyStood)
     testdoor::Release(doc, to);
     ASSERT_EQ(doc.plan->lines.size(), 1u);
     EXPECT_TRUE(doc.modified);
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
     testdoor::Key(doc, "Esc");
     testdoor::Settle();
     EXPECT_EQ(doc.openedBlk, nullptr);
     EXPECT_EQ(doc.openedDC, nullptr);
     EXPECT_NEAR(doc.Scroller()->YPos(), top, 1);
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
 }
 
 TEST_F(Pages, ExecuteAMapInPlace)
@@ -234,7 +220,7 @@ TEST_F(Pages, ExecuteAMapInPlace)
     EXPECT_EQ(doc.openedBlk, nullptr);
     EXPECT_EQ(doc.map->turns, 1);
     EXPECT_NE(testdoor::Pixels(doc), before);
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
 }
 
 TEST_F(Pages, KeepTheirPlaceWhenTheWindowIsResized)
@@ -244,12 +230,12 @@ TEST_F(Pages, KeepTheirPlaceWhenTheWindowIsResized)
     testdoor::ResizeClient(doc, {600, 500});
     testdoor::Settle();
     EXPECT_NEAR(doc.GetScroll().y, scroll.y, 2);
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
     testdoor::ResizeClient(doc, {40, 30});
     testdoor::Settle();
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
     testdoor::ResizeClient(doc, {800, 600});
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
 }
 
 TEST_F(Pages, AreSavedOpenedAndClosedWithTheirQuestions)
@@ -283,7 +269,7 @@ TEST_F(Pages, AreSavedOpenedAndClosedWithTheirQuestions)
     Choose(OPEN);
     ASSERT_NE(doc.path, nullptr);
     EXPECT_EQ(doc.remark, "ge\xE4ndert");
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
 }
 
 TEST_F(Pages, ThatCannotBeReadLeaveAMessageAndNoDocument)
@@ -299,7 +285,7 @@ TEST_F(Pages, ThatCannotBeReadLeaveAMessageAndNoDocument)
     EXPECT_EQ(doc.path, nullptr);
     EXPECT_FALSE(doc.IsScrollBarEnabled(WIN_BAR_VERTICAL));
     Choose(NEW);
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
 }
 
 TEST_F(Pages, PrintIntoAPdfOfThreePagesAtFullSize)
@@ -333,7 +319,7 @@ TEST_F(Pages, PrintIntoAPdfOfThreePagesAtFullSize)
     std::vector<PdfImage> images = PdfImages(file);
     ASSERT_EQ(images.size(), 1u);
     EXPECT_NE(images[0].encoding, "jpeg");
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
 }
 
 TEST_F(Pages, SurviveAPdfThatCannotBeWritten)
@@ -354,7 +340,7 @@ TEST_F(Pages, SurviveAPdfThatCannotBeWritten)
     Choose(PRINT);
     EXPECT_EQ(doc.locked, 0);
     testdoor::DoubleClick(doc, {2, 2});
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
 }
 
 TEST_F(Pages, TakeTextsOfAnyKindAndSize)
@@ -380,10 +366,10 @@ TEST_F(Pages, TakeTextsOfAnyKindAndSize)
         doc.Refresh(0);
         EXPECT_STREQ(xCode, XNULL);
         testdoor::Key(doc, "End");
-        EXPECT_TRUE(LooksFresh());
+        EXPECT_TRUE(LooksFresh(doc));
         doc.RemoveBlock(blk);
         doc.Refresh(0);
     }
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
 }
 } // namespace

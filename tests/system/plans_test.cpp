@@ -4,6 +4,7 @@
 #include "lib/platform.h"
 #include "lib/xfail.h"
 #include "support/folder.h"
+#include "support/freshpaint.h"
 #include "support/pdftext.h"
 #include "support/plandoc.h"
 #include "support/programtables.h"
@@ -58,21 +59,6 @@ protected:
         SetResTextSink(NULL);
     }
 
-    /// What is on the screen is what a fresh paint of everything shows.
-    testing::AssertionResult LooksFresh()
-    {
-        testdoor::Settle();
-        std::vector<TColor> now = testdoor::Pixels(doc);
-        doc.Invalidate();
-        testdoor::Settle();
-        std::vector<TColor> fresh = testdoor::Pixels(doc);
-        if (now == fresh)
-            return testing::AssertionSuccess();
-        size_t differing = 0;
-        for (size_t i = 0; i < std::min(now.size(), fresh.size()); ++i)
-            differing += !(now[i] == fresh[i]);
-        return testing::AssertionFailure() << differing << " of " << now.size() << " pixels differ";
-    }
     TPoint At(double x, double y) { return doc.At(x, y); }
     void Choose(int command)
     {
@@ -141,7 +127,7 @@ TEST_F(Plans, AreOpenedWithTheSelectorOnTheFirstLayer)
     EXPECT_EQ(doc.openedBlk, doc.plan);
     EXPECT_EQ(doc.plan->manager.Tool(), &doc.plan->selector);
     EXPECT_EQ(doc.plan->manager.Layer(), &doc.plan->rects);
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
 }
 
 TEST_F(Plans, TakeRectanglesAndLinesThatAreDrawn)
@@ -152,23 +138,23 @@ TEST_F(Plans, TakeRectanglesAndLinesThatAreDrawn)
     ExpectAt(Focus(), 13, 7);
     EXPECT_NEAR(std::fabs(Focus().Size().x), 6, 1e-9);
     EXPECT_NEAR(std::fabs(Focus().Size().y), 4, 1e-9);
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
     Drag(At(30, 10), At(33, 12), testdoor::LEFT, WIN_KEY_SHIFT | WIN_KEY_CTRL); // a square about the press
     ASSERT_EQ(Rects().CountLnk(), 2);
     ExpectAt(Focus(), 30, 10);
     EXPECT_NEAR(std::fabs(Focus().Size().x), 6, 1e-9);
     EXPECT_NEAR(std::fabs(Focus().Size().y), 6, 1e-9);
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
     Choose(PLAN_LINES);
     Choose(PLAN_LINETOOL);
     Drag(At(5, 20), At(25, 15));
     ASSERT_EQ(doc.plan->lines.CountLnk(), 1);
     const auto &line = static_cast<TPlanLine &>(*doc.plan->lines.Focus());
     EXPECT_NEAR(line.Length(), std::hypot(20, 5), 1e-9);
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
     EXPECT_FALSE(frame.TryCommand(EDC_TlRECT)); // not on this layer
     Choose(PLAN_RECTS);
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
 }
 
 TEST_F(Plans, KeepNothingOfADrawingThatIsTakenBack)
@@ -196,7 +182,7 @@ TEST_F(Plans, KeepNothingOfADrawingThatIsTakenBack)
     testdoor::Release(doc, At(16, 9));
     EXPECT_EQ(Rects().CountLnk(), 0);
     EXPECT_EQ(doc.openedBlk, doc.plan);
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
 }
 
 TEST_F(Plans, PlaceObjectsFromStockAndRowsOfThem)
@@ -206,7 +192,7 @@ TEST_F(Plans, PlaceObjectsFromStockAndRowsOfThem)
     testdoor::Settle();
     ASSERT_EQ(Rects().CountLnk(), 1);
     ExpectAt(Focus(), 8, 4, 0.1); // half a pixel
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
     Fill([](DialogBox &dialog) { dialog.Type(ALIGN_COUNT, "4"); });
     Drag(At(10, 10), At(40, 10));
     ASSERT_EQ(Rects().CountLnk(), 5);
@@ -214,11 +200,11 @@ TEST_F(Plans, PlaceObjectsFromStockAndRowsOfThem)
     double x = 10;
     for (TEdcSprite *spr = Rects().SelFirst(); spr; spr = spr->selNext, x += 10)
         ExpectAt(static_cast<TPlanRect &>(*spr), x, 10, 0.2);
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
     Fill([](DialogBox &) {}, WIN_ID_CANCEL);
     Drag(At(10, 15), At(40, 18));
     EXPECT_EQ(Rects().CountLnk(), 5);
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
 }
 
 TEST_F(Plans, SelectWithARubberBandAndWithTheKeyboard)
@@ -228,24 +214,24 @@ TEST_F(Plans, SelectWithARubberBandAndWithTheKeyboard)
     Put(40, 15);
     Drag(At(5, 2), At(25, 9));
     EXPECT_EQ(Rects().CountSel(), 2);
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
     testdoor::Key(doc, "Ctrl+A");
     testdoor::Settle();
     EXPECT_EQ(Rects().CountSel(), 3);
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
     testdoor::Click(doc, At(50, 20));
     EXPECT_EQ(Rects().CountSel(), 0);
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
     testdoor::Click(doc, At(40, 15));
     testdoor::Key(doc, "Del");
     testdoor::Settle();
     EXPECT_EQ(Rects().CountLnk(), 2);
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
     testdoor::Key(doc, "Ctrl+A");
     testdoor::Key(doc, "Del");
     testdoor::Settle();
     EXPECT_EQ(Rects().CountLnk(), 0);
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
 }
 
 TEST_F(Plans, AreDraggedCopiedTurnedAndResized)
@@ -253,29 +239,29 @@ TEST_F(Plans, AreDraggedCopiedTurnedAndResized)
     TPlanRect *rect = Put(10, 6);
     Drag(At(10, 6), At(15, 9));
     ExpectAt(*rect, 15, 9);
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
 
     Drag(At(15, 9), At(25, 9), testdoor::LEFT, WIN_KEY_CTRL);
     ASSERT_EQ(Rects().CountLnk(), 2);
     ExpectAt(*rect, 15, 9);
     ExpectAt(static_cast<TPlanRect &>(*Rects().LnkLast()), 25, 9);
     EXPECT_EQ(Rects().SelFirst(), Rects().LnkLast());
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
 
     Drag(At(16.5, 9), At(15, 13), testdoor::RIGHT); // from the east to the north
     EXPECT_NEAR(rect->RectAngle(), AgPI / 2, 1e-9);
     ExpectAt(*rect, 15, 9);
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
 
     testdoor::Click(doc, At(25, 9));
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
     Drag(At(27, 10), At(30, 12)); // a corner
     auto *copy = static_cast<TPlanRect *>(Rects().Focus());
     ASSERT_NE(copy, nullptr);
     EXPECT_NEAR(copy->Size().x, 7, 1e-9);
     EXPECT_NEAR(copy->Size().y, 4, 1e-9);
     ExpectAt(*copy, 26.5, 10);
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
     EXPECT_TRUE(doc.modified);
 }
 
@@ -297,7 +283,7 @@ TEST_F(Plans, AreGivenBackByEscInTheMiddleOfADrag)
     ExpectAt(*rect, 10, 6);
     EXPECT_EQ(doc.changes, 0);
     EXPECT_EQ(doc.openedBlk, doc.plan);
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
 }
 
 TEST_F(Plans, PutThingsExactlyFromTheMenu)
@@ -314,7 +300,7 @@ TEST_F(Plans, PutThingsExactlyFromTheMenu)
     testdoor::Settle();
     ExpectAt(*rect, 20.25, 8.125);
     EXPECT_NEAR(rect->RectAngle(), AgPI / 6, 1e-12);
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
 
     Pick(EDC_CmOPEN, spriteMenu);
     testdoor::Click(doc, At(20.25, 8.125), testdoor::RIGHT);
@@ -324,7 +310,7 @@ TEST_F(Plans, PutThingsExactlyFromTheMenu)
     testdoor::Click(doc, At(20.25, 8.125), testdoor::RIGHT);
     testdoor::Settle();
     EXPECT_EQ(Rects().CountLnk(), 0);
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
 }
 
 TEST_F(Plans, PutACornerExactlyFromItsOwnMenu)
@@ -344,7 +330,7 @@ TEST_F(Plans, PutACornerExactlyFromItsOwnMenu)
     EXPECT_NEAR(rect->Size().x, 6.5, 1e-9);
     EXPECT_NEAR(rect->Size().y, 3.5, 1e-9);
     ExpectAt(*rect, 11.25, 6.75);
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
 }
 
 TEST_F(Plans, AlignASelectionFromTheMenuAlongADrawnLine)
@@ -358,7 +344,7 @@ TEST_F(Plans, AlignASelectionFromTheMenuAlongADrawnLine)
     testdoor::Click(doc, At(20, 9), testdoor::RIGHT);
     testdoor::Settle();
     ASSERT_EQ(doc.plan->manager.Tool(), &doc.plan->aligner);
-    EXPECT_TRUE(LooksFresh()); // without handles
+    EXPECT_TRUE(LooksFresh(doc)); // without handles
     Fill([](DialogBox &dialog) { EXPECT_EQ(dialog.Text(ALIGN_COUNT), "3"); });
     TPoint from = At(5, 15);
     double height = doc.plan->axes.ToModel(doc.ToDocument(from) - TPoint{doc.plan->rect.x, doc.plan->rect.y}).y;
@@ -367,11 +353,11 @@ TEST_F(Plans, AlignASelectionFromTheMenuAlongADrawnLine)
     ExpectAt(*b, 20, height, 1e-4);
     ExpectAt(*c, 30, height, 1e-4);
     EXPECT_EQ(doc.plan->manager.Tool(), &doc.plan->selector);
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
     Drag(At(20, 15), At(20, 20)); // all three, which are still selected
     EXPECT_GT(a->Centre().y, 18);
     EXPECT_NEAR(a->Centre().y, c->Centre().y, 0.5);
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
 }
 
 TEST_F(Plans, LeaveTheAlignerByARightClick)
@@ -383,7 +369,7 @@ TEST_F(Plans, LeaveTheAlignerByARightClick)
     testdoor::Settle();
     EXPECT_EQ(doc.plan->manager.Tool(), &doc.plan->selector);
     EXPECT_EQ(Rects().Focus(), rect);
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
 }
 
 TEST_F(Plans, KeepTheirPicturesAtAnyZoomAndScroll)
@@ -393,14 +379,14 @@ TEST_F(Plans, KeepTheirPicturesAtAnyZoomAndScroll)
         SCOPED_TRACE(notches);
         testdoor::Click(doc, At(rect->Centre().x, rect->Centre().y));
         testdoor::Wheel(doc, At(rect->Centre().x, rect->Centre().y), notches, WIN_KEY_CTRL);
-        EXPECT_TRUE(LooksFresh());
+        EXPECT_TRUE(LooksFresh(doc));
         AgPOINT former = rect->Centre();
         Drag(At(former.x, former.y), At(former.x + 2, former.y - 1));
         ExpectAt(*rect, former.x + 2, former.y - 1, 1e-6);
-        EXPECT_TRUE(LooksFresh());
+        EXPECT_TRUE(LooksFresh(doc));
         Drag(At(rect->Centre().x + 1, rect->Centre().y), At(rect->Centre().x, rect->Centre().y + 1.5),
              testdoor::RIGHT, WIN_KEY_SHIFT);
-        EXPECT_TRUE(LooksFresh());
+        EXPECT_TRUE(LooksFresh(doc));
     }
 }
 
@@ -431,9 +417,9 @@ TEST_F(Plans, ScrollUnderARunningDragWithoutTraces)
         Hold(grip + TPoint{30, 12}, button);
         testdoor::Wheel(doc, grip + TPoint{30, 12}, -1);
         testdoor::Key(doc, "Esc");
-        EXPECT_TRUE(LooksFresh());
+        EXPECT_TRUE(LooksFresh(doc));
         testdoor::Release(doc, grip, button);
-        EXPECT_TRUE(LooksFresh());
+        EXPECT_TRUE(LooksFresh(doc));
         ExpectAt(*rect, 10, 12);
         EXPECT_NEAR(rect->RectAngle(), 0, 1e-12);
         grip = At(10, 12);
@@ -448,7 +434,7 @@ TEST_F(Plans, GrowWhereThingsAreDroppedBeyondThem)
     Drag(At(57, 12), At(59.5, 12));
     ExpectAt(*rect, 59.5, 12);
     EXPECT_GE(doc.plan->axes.xMax, 61.5);
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
 }
 
 TEST_F(Plans, ComeBackAsTheyWereWhenTheyAreClosedAndOpened)
@@ -458,7 +444,7 @@ TEST_F(Plans, ComeBackAsTheyWereWhenTheyAreClosedAndOpened)
     testdoor::Key(doc, "Esc");
     testdoor::Settle();
     EXPECT_EQ(doc.openedBlk, nullptr);
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
     TRect place = doc.ToWindow(doc.plan->rect.Rect());
     testdoor::DoubleClick(doc, {(place.left + place.right) / 2, (place.top + place.bottom) / 2});
     testdoor::Settle();
@@ -466,7 +452,7 @@ TEST_F(Plans, ComeBackAsTheyWereWhenTheyAreClosedAndOpened)
     EXPECT_EQ(Rects().CountLnk(), 1);
     EXPECT_EQ(Rects().CountSel(), 0);
     EXPECT_EQ(doc.plan->manager.Tool(), &doc.plan->selector);
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
 }
 
 /// Where the two differ.
@@ -518,6 +504,6 @@ TEST_F(Plans, PrintTheirThingsAsIfNothingWereSelected)
     EXPECT_LT(shade(0.25, 18.5 / 19), 100); // and a quarter of it
     EXPECT_GT(shade(0.5, 8.0 / 19), 200);   // the rectangle is empty: not black, as what is selected
     EXPECT_LT(shade(0.5, 0), 100);          // but has an edge
-    EXPECT_TRUE(LooksFresh());
+    EXPECT_TRUE(LooksFresh(doc));
 }
 } // namespace
