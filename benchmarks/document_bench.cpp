@@ -3,30 +3,21 @@
 // that of the repaint paints every block of the document, that of the scroll step the whole window. The counter
 // "times" is the ratio to the twin; both must come to the same places and pixels, or the program ends with an
 // error.
+#include "screen.h"
 #include "support/pagedoc.h"
 #include "support/plaintext.h"
 #include "support/testapp.h"
 #include "usr/edcapp.h"
 #include "usr/edcutils.h"
 #include "win/dc.h"
-#include "win/testdoor.h"
 
-#include <benchmark/benchmark.h>
-
-#include <algorithm>
-#include <cstdio>
-#include <cstdlib>
-#include <ctime>
-#include <functional>
-#include <map>
 #include <string>
 #include <vector>
 
 namespace
 {
 constexpr int BLOCKS = 500;
-constexpr TSize WINDOW = {1280, 900}; // px
-constexpr int SCROLL_STEP = 60;       // px, three lines
+constexpr int SCROLL_STEP = 60; // px, three lines
 
 /// Paints all blocks for whatever part is asked.
 class PlainDoc : public TPageDoc
@@ -41,53 +32,6 @@ public:
         }
     }
 };
-
-struct Result {
-    double seconds = 1e9; // least of its runs
-    unsigned long long sum = 0;
-};
-std::map<std::string, Result> twins;
-
-double Seconds()
-{
-    timespec t;
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &t);
-    return static_cast<double>(t.tv_sec) + 1e-9 * static_cast<double>(t.tv_nsec);
-}
-
-unsigned long long Mix(unsigned long long sum, unsigned long long value)
-{
-    return (sum ^ value) * 1099511628211ULL;
-}
-
-unsigned long long PixelSum(TWindow &window)
-{
-    unsigned long long sum = 1469598103934665603ULL;
-    for (TColor c : testdoor::Pixels(window))
-        sum = Mix(sum, c.red * 65536ULL + c.green * 256ULL + c.blue);
-    return sum;
-}
-
-void Measure(benchmark::State &state, const std::string &key, bool twin, const std::function<void()> &work,
-             const std::function<unsigned long long()> &sum)
-{
-    double least = 1e9;
-    for (auto _ : state) {
-        double start = Seconds();
-        work();
-        least = std::min(least, Seconds() - start);
-    }
-    if (twin) {
-        twins[key] = {std::min(least, twins[key].seconds), sum()};
-    } else if (twins.count(key) == 0) {
-        state.SkipWithError("the plain twin must run in the same run");
-        return;
-    } else if (sum() != twins[key].sum) {
-        fprintf(stderr, "%s differs from its plain twin\n", key.c_str());
-        exit(1);
-    }
-    state.counters["times"] = twins[key].seconds / least;
-}
 
 /// A document with a window, filled and painted once.
 template <class DOCUMENT>
@@ -216,8 +160,5 @@ BENCHMARK(Scroll<false>)->Name("scroll_step")->Unit(benchmark::kMillisecond);
 
 int main(int argc, char **argv)
 {
-    setenv("QT_QPA_PLATFORM", "offscreen", 0); // no screen is needed
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    return RunOffScreen(argc, argv);
 }

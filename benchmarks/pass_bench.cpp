@@ -4,15 +4,9 @@
 #include "ker/emfield_lanes.h"
 #include "support/fieldhall.h"
 #include "support/plainpass.h"
+#include "twin.h"
 
-#include <benchmark/benchmark.h>
-
-#include <algorithm>
-#include <cstdio>
-#include <cstdlib>
-#include <ctime>
 #include <functional>
-#include <map>
 #include <string>
 
 namespace
@@ -40,45 +34,13 @@ const CASE cases[] = {
 
 enum WAY { PLAIN_TWIN, PORTABLE, BEST };
 
-/// What the twin took and found, by name of the measured thing.
-struct TWIN {
-    double seconds = 1e9; // least of its runs
-    unsigned long long sum = 0;
-};
-std::map<std::string, TWIN> twins;
-
-/// Processor time of this thread: the machine may have other work.
-double Seconds()
-{
-    timespec t;
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &t);
-    return static_cast<double>(t.tv_sec) + 1e-9 * static_cast<double>(t.tv_nsec);
-}
-
-/// Times `work` and sets it beside the twin's time, which must have been taken before.
-void Measure(benchmark::State &state, const std::string &key, WAY way, const std::function<void()> &work,
-             const std::function<unsigned long long()> &sum)
+/// The twin has lanes of its own.
+void MeasureWay(benchmark::State &state, const std::string &key, WAY way, const std::function<void()> &work,
+                const std::function<unsigned long long()> &sum)
 {
     EmSetLanes(way == PORTABLE ? &EmLanesPlain : NULL);
-    double least = 1e9;
-    for (auto _ : state) {
-        double start = Seconds();
-        work();
-        least = std::min(least, Seconds() - start);
-    }
+    Measure(state, key, way == PLAIN_TWIN, work, sum);
     EmSetLanes(NULL);
-    TWIN &twin = twins[key];
-    if (way != PLAIN_TWIN && twin.seconds == 1e9) {
-        state.SkipWithError("the plain twin must run in the same run");
-        return;
-    }
-    if (way == PLAIN_TWIN)
-        twin = {std::min(least, twin.seconds), sum()};
-    else if (sum() != twin.sum) {
-        fprintf(stderr, "%s differs from its plain twin\n", key.c_str());
-        exit(1);
-    }
-    state.counters["times"] = twin.seconds / least;
 }
 
 void Pass(benchmark::State &state, const CASE &c, WAY way)
@@ -90,7 +52,7 @@ void Pass(benchmark::State &state, const CASE &c, WAY way)
     TZulMapInfo info;
     ZulPassMap map;
     auto run = way == PLAIN_TWIN ? PlainRunPass : ZulRunPass;
-    Measure(
+    MeasureWay(
         state, std::string("pass/") + c.name, way, [&] { run(hall->room, params, info, map); },
         [&] { return Checksum(info, map); });
 }
@@ -105,7 +67,7 @@ void Judge(benchmark::State &state, const CASE &c, WAY way)
     ZulRunPass(hall->room, params, info, map);
     ZulHygieneMaps maps;
     auto run = way == PLAIN_TWIN ? PlainJudgePlan : ZulJudgePlan;
-    Measure(
+    MeasureWay(
         state, std::string("judge/") + c.name, way, [&] { run(hall->room, info, map, maps); },
         [&] { return Checksum(maps); });
 }

@@ -2,67 +2,20 @@
 // over 10,000, each beside its plain twin in the same run. The twin of the drag moves the sprites for good at
 // each step and paints the window anew; that of the band does the same with the selection. The counter "times"
 // is the ratio to the twin; both must come to the same places and pixels, or the program ends with an error.
+#include "screen.h"
 #include "support/plandoc.h"
 #include "support/testapp.h"
 #include "usr/edcapp.h"
 #include "usr/edcutils.h"
 #include "win/dc.h"
-#include "win/testdoor.h"
 
-#include <benchmark/benchmark.h>
-
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <functional>
-#include <map>
-#include <string>
 
 namespace
 {
-constexpr TSize WINDOW = {1280, 900}; // px
 constexpr int BAND_STEPS = 20;
-
-struct Result {
-    double seconds = 1e9; // least of its runs
-    unsigned long long sum = 0;
-};
-std::map<std::string, Result> twins;
-
-double Seconds()
-{
-    timespec t;
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &t);
-    return static_cast<double>(t.tv_sec) + 1e-9 * static_cast<double>(t.tv_nsec);
-}
-
-unsigned long long Mix(unsigned long long sum, unsigned long long value)
-{
-    return (sum ^ value) * 1099511628211ULL;
-}
-
-void Measure(benchmark::State &state, const std::string &key, bool twin, const std::function<void()> &work,
-             const std::function<unsigned long long()> &sum)
-{
-    double least = 1e9;
-    for (auto _ : state) {
-        double start = Seconds();
-        work();
-        least = std::min(least, Seconds() - start);
-    }
-    unsigned long long end = sum();
-    if (twin) {
-        twins[key] = {std::min(least, twins[key].seconds), end};
-    } else if (twins.count(key) == 0) {
-        state.SkipWithError("the plain twin must run in the same run");
-        return;
-    } else if (end != twins[key].sum) {
-        fprintf(stderr, "%s differs from its plain twin\n", key.c_str());
-        exit(1);
-    }
-    state.counters["times"] = twins[key].seconds / least;
-}
 
 /// A plan with squares in columns and rows, the first one in the left lower corner.
 struct Shown {
@@ -93,16 +46,14 @@ struct Shown {
     {
         testdoor::Settle();
         Repaint();
-        unsigned long long sum = 1469598103934665603ULL;
+        unsigned long long sum = SUM_START;
         for (TEdcSprite *spr = layer().LnkFirst(); spr; spr = spr->lnkNext) {
             const AgPOINT &centre = static_cast<TPlanRect *>(spr)->Centre();
             sum = Mix(sum, static_cast<unsigned long long>(EdcNearest(centre.x * 1000)));
             sum = Mix(sum, static_cast<unsigned long long>(EdcNearest(centre.y * 1000)));
             sum = Mix(sum, layer().IsSelected(spr));
         }
-        for (TColor c : testdoor::Pixels(doc))
-            sum = Mix(sum, c.red * 65536ULL + c.green * 256ULL + c.blue);
-        return sum;
+        return PixelSum(doc, sum);
     }
 
     static constexpr double FIRST_X = 4.25, FIRST_Y = 2.25; // m
@@ -199,8 +150,5 @@ BENCHMARK(Band<false>)->Name("band_over_10000")->Unit(benchmark::kMillisecond);
 
 int main(int argc, char **argv)
 {
-    setenv("QT_QPA_PLATFORM", "offscreen", 0); // no screen is needed
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    return RunOffScreen(argc, argv);
 }

@@ -3,15 +3,13 @@
 // counter `ratio` is the time of the typed file over that of stdio, each the best of all iterations.
 #include "lib/cde.h"
 #include "lib/xfail.h"
-
-#include <benchmark/benchmark.h>
+#include "twin.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -245,15 +243,6 @@ std::string BytesOf(const std::string &path)
     return std::string(std::istreambuf_iterator<char>(in), {});
 }
 
-/// Processor time of this thread, kernel included, in seconds: what other programs do at the same time is none
-/// of our business.
-double Now()
-{
-    timespec now;
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
-}
-
 using TypedWriter = void (*)(CdeFILE &);
 using PlainWriter = void (*)(PlainFILE &);
 using TypedReader = uint64_t (*)(CdeFILE &);
@@ -277,17 +266,17 @@ void Write(benchmark::State &state, TypedWriter typedWriter, PlainWriter plainWr
     for (auto _ : state) {
         std::filesystem::remove(typedPath);
         std::filesystem::remove(plainPath);
-        double start = Now();
+        double start = Seconds();
         CdeFILE typed;
         typed.Open(typedPath.c_str(), "c");
         typedWriter(typed);
         typed.Close();
-        double took = Now() - start;
-        start = Now();
+        double took = Seconds() - start;
+        start = Seconds();
         PlainFILE plain(plainPath.c_str(), "w+b");
         plainWriter(plain);
         plain.Close();
-        plainTime = std::min(plainTime, Now() - start);
+        plainTime = std::min(plainTime, Seconds() - start);
         typedTime = std::min(typedTime, took);
         state.SetIterationTime(took);
     }
@@ -312,19 +301,19 @@ void Read(benchmark::State &state, TypedWriter writer, TypedReader typedReader, 
     double typedTime = 1e9, plainTime = 1e9, walkTime = 1e9;
     uint64_t typedSum = 0, plainSum = 1;
     for (auto _ : state) {
-        double start = Now();
+        double start = Seconds();
         file.Open(path.c_str(), "o");
         if (walk)
             file.Walk();
-        double walked = Now() - start;
+        double walked = Seconds() - start;
         typedSum = typedReader(file);
         file.Close();
-        double took = Now() - start;
-        start = Now();
+        double took = Seconds() - start;
+        start = Seconds();
         PlainFILE plain(path.c_str(), "r+b");
         plainSum = plainReader(plain);
         plain.Close();
-        plainTime = std::min(plainTime, Now() - start);
+        plainTime = std::min(plainTime, Seconds() - start);
         typedTime = std::min(typedTime, took);
         walkTime = std::min(walkTime, walked);
         if (plain.bad)
