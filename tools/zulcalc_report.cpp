@@ -86,21 +86,21 @@ std::string Resource(int id)
     return ConsoleUtf8(ResText(id));
 }
 
-void AddList(Report &report, const std::string &heading, int headId, const ZulListBlocks &blocks)
+void AddList(Report &report, const std::string &heading, ZulLIST list, const ZulListBlocks &blocks)
 {
     if (blocks.empty())
         return;
     report.Gap();
     report.Line(heading);
     report.Line();
-    report.Lines(MarkupLines(ResText(headId), 0));
+    report.Lines(MarkupLines(ZulColumnHead(list), 0));
     for (const std::string &block : blocks)
         report.Lines(MarkupLines(block, 0));
 }
 
 void AddHoles(Report &report, const EmSURFACE *surface, int nameId)
 {
-    AddList(report, Resource(nameId) + ": " + Resource(TEXT_HOLES), TEXT_HOLES + 1,
+    AddList(report, Resource(nameId) + ": " + Resource(TEXT_HOLES), ZUL_HOLE_LIST,
             ZulHoleList(*surface->Holes()));
 }
 
@@ -118,8 +118,8 @@ void AddIntroduction(Report &report, const EmROOM &room)
 void AddLists(Report &report, const EmROOM &room)
 {
     AddHoles(report, room.Surfaces()->Floor(), TEXT_FLOOR);
-    AddList(report, Resource(TEXT_EMITTERS), TEXT_EMITTERS + 1, ZulEmitterList(*room.Emitters()));
-    AddList(report, Resource(TEXT_AIR_HEATERS), TEXT_AIR_HEATERS + 1, ZulAirHeaterList(*room.AirHeaters()));
+    AddList(report, Resource(TEXT_EMITTERS), ZUL_EMITTER_LIST, ZulEmitterList(*room.Emitters()));
+    AddList(report, Resource(TEXT_AIR_HEATERS), ZUL_AIR_HEATER_LIST, ZulAirHeaterList(*room.AirHeaters()));
     int nameId = TEXT_FLOOR;
     for (const EmSURFACE *wall = room.Surfaces()->FirstWall(); wall != NULL; wall = EmSURFACESET::Next(wall))
         AddHoles(report, wall, ++nameId);

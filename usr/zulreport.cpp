@@ -1,6 +1,7 @@
 #include "usr/zulreport.h"
 #include "lib/charstr.h"
 #include "lib/platform.h"
+#include "lib/xassert.h"
 #include "usr/edcutils.h"
 
 #include <algorithm>
@@ -19,6 +20,9 @@ enum {
     TEXT_FUEL = 1685,
     TEXT_GAIN = 1686,
     TEXT_SIZES = 1687,
+    TEXT_EMITTER_HEAD = 1691,
+    TEXT_AIR_HEATER_HEAD = 1693,
+    TEXT_HOLE_HEAD = 1695,
     TEXT_HALL = 1700,
     TEXT_POWER = 1701,
     TEXT_FUEL_USE = 1702,
@@ -31,6 +35,46 @@ enum {
 };
 
 enum { BLOCK_ROWS = 5 };
+
+/// Where a value stands in each row of a list.
+struct COLUMN {
+    int begin; // characters
+    int end;   // behind it
+    bool isName;
+};
+struct LISTHEAD {
+    int titles; // number of the text: titles with blanks between them, hard blanks within them
+    std::vector<COLUMN> columns;
+};
+
+/// The columns follow the formats of the rows below.
+LISTHEAD ListHead(ZulLIST list)
+{
+    switch (list) {
+    case ZUL_EMITTER_LIST:
+        return {TEXT_EMITTER_HEAD,
+                {{0, 3, true},
+                 {5, 18, true},
+                 {19, 25, false},
+                 {27, 33, false},
+                 {34, 40, false},
+                 {41, 47, false},
+                 {50, 53, false},
+                 {58, 61, false}}};
+    case ZUL_AIR_HEATER_LIST:
+        return {TEXT_AIR_HEATER_HEAD,
+                {{0, 3, true}, {5, 24, true}, {25, 31, false}, {35, 41, false}, {48, 54, false}}};
+    default:
+        return {TEXT_HOLE_HEAD,
+                {{0, 3, true},
+                 {6, 11, false},
+                 {13, 19, false},
+                 {20, 27, false},
+                 {29, 35, false},
+                 {38, 44, false},
+                 {48, 71, true}}};
+    }
+}
 
 double Noiseless(double value)
 {
@@ -109,6 +153,27 @@ std::string IrradiationText(const TZulMapInfo &info)
                         EdcRound(info.maxInte, -1), EdcRound(info.meanInte, -1), percent);
 }
 } // namespace
+
+std::string ZulColumnHead(ZulLIST list, int rowChar, int headChar)
+{
+    ASSERT(rowChar > 0 && headChar > 0);
+    LISTHEAD head = ListHead(list);
+    const char *title = ResText(head.titles);
+    std::string text;
+    for (const COLUMN &column : head.columns) {
+        size_t length = std::strcspn(title, " ");
+        double ownWidth = static_cast<double>(length) * headChar;
+        double begin = static_cast<double>(column.begin) * rowChar;
+        double spare = static_cast<double>(column.end) * rowChar - begin - ownWidth;
+        double place = begin + (column.isName ? 0 : spare >= 0 ? spare : spare / 2);
+        double nearest = std::max(std::ceil(place / headChar - 0.5), 0.0);
+        size_t gap = text.empty() ? 0 : text.size() + 1; // titles never touch
+        text.resize(std::max(static_cast<size_t>(nearest), gap), '~');
+        text.append(title, length);
+        title += length + std::strspn(title + length, " ");
+    }
+    return text;
+}
 
 std::string ZulCut(const char *text, int max)
 {

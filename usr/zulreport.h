@@ -17,6 +17,13 @@ ZulListBlocks ZulEmitterList(const EmEMITTERSET &set);
 ZulListBlocks ZulAirHeaterList(const EmAIRHEATERSET &set);
 ZulListBlocks ZulHoleList(const EmHOLESET &set);
 
+enum ZulLIST { ZUL_EMITTER_LIST, ZUL_AIR_HEATER_LIST, ZUL_HOLE_LIST };
+
+/// The titles over a list's columns, in hard blanks: `rowChar` is the width of the rows' characters, `headChar`
+/// that of the head's own, in any unit. Titles of names begin with them, titles of numbers end with them; one
+/// that is wider than its column stands over the middle of it.
+std::string ZulColumnHead(ZulLIST list, int rowChar = 1, int headChar = 1);
+
 /// A text cut to `max` characters: as it is, or its first max - 3 and "...".
 std::string ZulCut(const char *text, int max);
 
