@@ -75,7 +75,9 @@ private:
     int fontSize = 10; // px
 };
 
-/// The colour table of the irradiation map: rows of a colour and two texts, a line above and one below.
+/// The colour table of the irradiation map: rows of a colour and two texts, a line above and one below. A row
+/// without a colour is a head: its texts stand in the middle of their columns, those of the others below it,
+/// flush right.
 class TColorScale
 {
 public:
@@ -90,18 +92,27 @@ public:
     int Count() const { return count; }
 
 private:
+    enum { COLUMNS = 2 };
     struct ROW {
         bool hasColor = false;
         TColor color;
-        char text1[TEXTMAX] = "";
-        char text2[TEXTMAX] = "";
-        TRect rect1, rect2; // px
+        char texts[COLUMNS][TEXTMAX] = {};
+        TRect rects[COLUMNS]; // px
         TRect swatch;
+    };
+    struct PIECE {
+        int start = 0; // in the text
+        int length = 0;
     };
     struct LINE {
         char text[TEXTMAX] = "";
-        TRect rect; // px
+        TRect rect;                // px
+        std::vector<PIECE> pieces; // one below the other, where the text is longer than the table's place
     };
+    static void Break(TDC &dc, LINE &line, int width);
+    static void PaintLine(TDC &dc, const LINE &line);
+    int PlaceColumn(TDC &dc, int column, TPoint corner, int pitch);
+
     int32_t count = 0;
     ROW rows[MAX];
     LINE line1, line2;
@@ -162,10 +173,9 @@ public:
     TZulRoomBlock(EmROOM *aRoom, TZulMapInfo *anInfo, TZulRoomPalette *aPalette, const char *aTitle);
     ~TZulRoomBlock() override;
     void Update(bool partial) override;
-    void Layout(TDC &dc, TEdcSize &trueSize, double scale) override;
+    void Layout(TDC &dc, TEdcSize &trueSize, double viewScale) override;
     void Paint(TDC &dc, const TRect &part) override;
     void Print(TDC &dc, const TRect &part) override;
-    void Execute() override;
     void Open() override;
     void Close() override;
     bool DoCommand(int id) override;
@@ -185,8 +195,12 @@ public:
     static bool (*askParams)(TZulUpdateData &params);
 
 private:
+    bool AsksForRun();
     void Evaluate();
     void DropMap();
+    bool ShowsMap() const;
+    int LayoutFoot(TDC &dc, const TRect &foot, double viewScale);
+    void PaintPlan(TDC &dc, const TRect &part);
 
     TEdcAxes axes;
     TEdcSpriteManager sprites;
@@ -210,14 +224,16 @@ public:
     void Layout(TDC &dc, TEdcSize &trueSize, double scale) override;
     void Paint(TDC &dc, const TRect &part) override;
     void Print(TDC &dc, const TRect &part) override;
-    void Execute() override;
     void Open() override;
     void Close() override;
     bool DoCommand(int id) override;
     void EnableCommand(TCommandEnabler &ce) override;
     virtual EmSURFACE *Surface() const { return surface; }
+    TZulRoomBlock *RoomBlock() const { return roomBlk; }
 
 private:
+    void PaintPlan(TDC &dc, const TRect &part);
+
     TEdcAxes axes;
     TEdcSpriteManager sprites;
     TZulRoomBlock *roomBlk; // view

@@ -1,0 +1,80 @@
+// The plan of a wall or of the ceiling: a head over the surface's own axes.
+#include "usr/zulroom.h"
+
+#include "lib/xassert.h"
+#include "win/dc.h"
+
+#include "lib/xon.h"
+
+TZulWallBlock::TZulWallBlock(TZulRoomBlock *rm, EmSURFACE *surf, const char *aTitle)
+    : sprites(this), roomBlk(rm), surface(surf), head(aTitle)
+{
+    ASSERT(rm != NULL && surf != NULL);
+    ZulSetUpAxes(axes);
+}
+
+void TZulWallBlock::Update(bool)
+{
+    sprites.Reload(NULL);
+}
+
+void TZulWallBlock::Layout(TDC &dc, TEdcSize &trueSize, double scale)
+{
+    __enter
+        TSize space = trueSize.ToPixels(dc, scale);
+        int top = head.Layout(dc, space.cx, scale); __test;
+        ZulSetRange(axes, Surface()->Bounds());
+        axes.Layout(dc, {0, top, space.cx, space.cy}, scale, true); __test;
+        sprites.Layout(dc); __test;
+        trueSize.FromPixels(dc, {space.cx, axes.outer.bottom}, scale);
+    __point
+    __treat
+}
+
+void TZulWallBlock::PaintPlan(TDC &dc, const TRect &part)
+{
+    __enter
+        head.Paint(dc); __test;
+        axes.Paint(dc, part); __test;
+        ZulFrame(dc, axes, AgE0, Surface()->size);
+    __point
+    __treat
+}
+
+void TZulWallBlock::Paint(TDC &dc, const TRect &part)
+{
+    __enter
+        PaintPlan(dc, part); __test;
+        sprites.Paint(dc, part); __test;
+    __point
+    __treat
+}
+
+void TZulWallBlock::Print(TDC &dc, const TRect &part)
+{
+    __enter
+        PaintPlan(dc, part); __test;
+        sprites.PaintPlain(dc, part); __test;
+    __point
+    __treat
+}
+
+void TZulWallBlock::Open()
+{
+    sprites.Resume(true);
+}
+
+void TZulWallBlock::Close()
+{
+    sprites.Suspend(false);
+}
+
+bool TZulWallBlock::DoCommand(int id)
+{
+    return sprites.Command(id);
+}
+
+void TZulWallBlock::EnableCommand(TCommandEnabler &ce)
+{
+    sprites.CommandEnable(ce);
+}
