@@ -5,7 +5,7 @@
 
 #include "ker/emroom.h"
 #include "usr/edcctlg.h"
-#include "usr/zulmark.h"
+#include "usr/zulobjects.h"
 
 /// What a dialog or the catalogue knows of a unit.
 struct TZulAirHeaterData {
@@ -70,19 +70,16 @@ private:
     TEdcStatic *text;
 };
 
-class TZulAirHeaterLayer : public TZulMarkedLayer
+class TZulAirHeaterSprite;
+
+class TZulAirHeaterLayer : public TZulObjectLayer<TZulAirHeaterSprite, EmAIRHEATERSET, TZulAirHeaterData>
 {
 public:
-    TZulAirHeaterLayer(EmAIRHEATERSET *aAirhtSet, TEdcAxes *aAxes);
+    TZulAirHeaterLayer(EmAIRHEATERSET *aAirhtSet, TEdcAxes *anAxes);
     void Layout(TDC &dc) override;
-    void Reload(void *arg) override;
-    TEdcDrawSprite *CreateSprite(const TEdcDrawCreation &creation) override;
-    void *QueryCreation(int tool, bool first) override;
-    void Open() override;
 
-private:
-    EmAIRHEATERSET *airhtSet; // view
-    TZulAirHeaterData stock;
+protected:
+    bool Ask(TZulAirHeaterData &data, int tool) override;
 };
 
 class TZulAirHeaterSprite : public TEdcDrawSprite

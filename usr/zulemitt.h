@@ -6,7 +6,7 @@
 
 #include "ker/emroom.h"
 #include "usr/edcdlg.h"
-#include "usr/zulmark.h"
+#include "usr/zulobjects.h"
 
 /// What a dialog knows of emitters.
 struct TZulEmitterData {
@@ -39,19 +39,16 @@ private:
     TEdcButton *techInfo;
 };
 
-class TZulEmitterLayer : public TZulMarkedLayer
+class TZulEmitterSprite;
+
+class TZulEmitterLayer : public TZulObjectLayer<TZulEmitterSprite, EmEMITTERSET, TZulEmitterData>
 {
 public:
-    TZulEmitterLayer(EmEMITTERSET *aEmittSet, TEdcAxes *aAxes);
+    TZulEmitterLayer(EmEMITTERSET *aEmittSet, TEdcAxes *anAxes);
     void Layout(TDC &dc) override;
-    void Reload(void *arg) override;
-    TEdcDrawSprite *CreateSprite(const TEdcDrawCreation &creation) override;
-    void *QueryCreation(int tool, bool first) override;
-    void Open() override;
 
-private:
-    EmEMITTERSET *emittSet; // view
-    TZulEmitterData stock;  // what the next created emitter will be
+protected:
+    bool Ask(TZulEmitterData &data, int tool) override;
 };
 
 class TZulEmitterSprite : public TEdcDrawSprite

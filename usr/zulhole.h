@@ -5,7 +5,7 @@
 
 #include "ker/emroom.h"
 #include "usr/edcctlg.h"
-#include "usr/zulmark.h"
+#include "usr/zulobjects.h"
 
 /// A named kind of building element. Its record is the dialog's: name, then transmittance.
 class TZulHoleTypeItem : public TEdcCtlgItem
@@ -80,19 +80,18 @@ private:
     TControl *sizes[4]; // labels and edits of width and height
 };
 
-class TZulHoleLayer : public TZulMarkedLayer
+class TZulHoleSprite;
+
+class TZulHoleLayer : public TZulObjectLayer<TZulHoleSprite, EmHOLESET, TZulHoleData>
 {
 public:
-    TZulHoleLayer(EmHOLESET *aHoleSet, TEdcAxes *aAxes);
+    TZulHoleLayer(EmHOLESET *aHoleSet, TEdcAxes *anAxes);
     void Layout(TDC &dc) override;
-    void Reload(void *arg) override;
-    TEdcDrawSprite *CreateSprite(const TEdcDrawCreation &creation) override;
-    void *QueryCreation(int tool, bool first) override;
-    void Open() override;
 
-private:
-    EmHOLESET *holeSet; // view
-    TZulHoleData stock;
+protected:
+    bool IsCreator(int tool) const override; // also the one that draws rectangles
+    void Adapt(TEdcDrawCreation &creation) const override;
+    bool Ask(TZulHoleData &data, int tool) override;
 };
 
 class TZulHoleSprite : public TEdcDrawRect
