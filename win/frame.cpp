@@ -110,6 +110,7 @@ struct TDecoratedFrame::FrameImpl {
     std::vector<Bar> bars;
     int menuId = 0;
     int iconId = 0;
+    QSize wantedSize = {1400, 1050};
     QObject mailbox; // where posted commands wait
 
     static void AddPart(TWindow &window, QVBoxLayout &column, int stretch)
@@ -158,7 +159,7 @@ struct TDecoratedFrame::FrameImpl {
     void SetSize()
     {
         QSize room = widget->screen()->availableSize();
-        widget->resize(QSize(1400, 1050).boundedTo(room * 9 / 10));
+        widget->resize(wantedSize.boundedTo(room * 9 / 10));
     }
 };
 
@@ -182,6 +183,11 @@ void TDecoratedFrame::SetIcon(int pictureId)
     frame->iconId = pictureId;
     if (frame->widget)
         frame->ApplyIcon();
+}
+
+void TDecoratedFrame::SetWantedSize(TSize size)
+{
+    frame->wantedSize = {size.cx, size.cy};
 }
 
 void TDecoratedFrame::Insert(TWindow &bar, Place place)

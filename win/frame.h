@@ -40,6 +40,7 @@ public:
 
     void AssignMenu(int menuId); // of the resources; its accelerators come with it
     void SetIcon(int pictureId);
+    void SetWantedSize(TSize size); // before Create(), at 96 pixels an inch; the screen may be too small for it
     void Insert(TWindow &bar, Place place); // before Create(); a view
     void Remove(TWindow &bar);              // the bars of this layer do it when they go
     void Create() override;

@@ -7,7 +7,7 @@
 
 enum { WIN_SHELL_OK = 33, WIN_SHELL_NOFILE = 2, WIN_SHELL_DENIED = 5, WIN_SHELL_NOPROGRAM = 31 };
 
-/// Starts a program with one argument; it lives on by itself.
+/// Starts a program with one argument, a file or NULL for none; it lives on by itself.
 /// @return above 32 where it runs, else why not: WIN_SHELL_NOFILE, WIN_SHELL_DENIED
 int ShellStart(const char *program, const char *argument);
 /// Whether the desktop has a program for files of that extension, ".pdf".
