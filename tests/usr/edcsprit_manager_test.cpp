@@ -268,6 +268,20 @@ TEST_F(Manager, ReloadReachesEveryLayer)
     EXPECT_EQ(log.Take(), "c.reload b.reload a.reload ");
 }
 
+TEST_F(Manager, ReloadHandsItsArgumentOnToTheSprites)
+{
+    struct Watcher : TTestSprite {
+        using TTestSprite::TTestSprite;
+        void Reload(void *arg) override { seen = arg; }
+        void *seen = NULL;
+    };
+    int argument = 0;
+    auto *w = new Watcher("w", TRect{}, log);
+    b.Add(w);
+    manager.Reload(&argument);
+    EXPECT_EQ(w->seen, &argument);
+}
+
 TEST_F(Manager, PaintsTheActiveLayerOverTheVisibleOnes)
 {
     const struct {

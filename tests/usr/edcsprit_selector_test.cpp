@@ -444,6 +444,17 @@ TEST_F(Selector, EachStepOfADragReachesAThousandSprites)
     EXPECT_TRUE(ly.IsSound());
 }
 
+TEST_F(Selector, SpritesHearOfShiftAndCtrlOnly)
+{
+    const unsigned others = 0x1 | 0x2 | 0x10 | EDC_KEY_TAKEBACK;
+    Fill({"", "a", 'a', NULL, NULL, NULL, NULL});
+    selector.LeftDown(dc, others, Place('A'));
+    selector.MouseMove(dc, others, {16, 15});
+    selector.MouseMove(dc, others | WIN_KEY_SHIFT | WIN_KEY_CTRL, {17, 15});
+    selector.LeftUp(dc, others | WIN_KEY_SHIFT, {17, 15});
+    EXPECT_EQ(Deeds(log.Take()), "a.begin1@15,15+1,0 a.drag1@15,15+1,0 a.drag13@15,15+2,0 a.drop5@15,15+2,0 ");
+}
+
 TEST_F(Selector, ADropThatFailsLeavesNothingDragging)
 {
     for (int n = 1; n <= 3; ++n) {
