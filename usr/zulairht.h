@@ -60,14 +60,16 @@ class TZulAirHeaterDialog : public TEdcDialog
 {
 public:
     explicit TZulAirHeaterDialog(TZulAirHeaterData &data); // a view
-    void SetupWindow() override;
     void Button(int id) override;
+    void Changed(HWND control) override;
 
 private:
     void ShowUnit();
+    void ChooseUnit();
     TZulAirHeaterData &data;
     TZulAirHeaterData copy;
     TEdcStatic *text;
+    TEdcButton *ok;
 };
 
 class TZulAirHeaterSprite;

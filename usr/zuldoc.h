@@ -7,6 +7,7 @@
 #include "usr/zulartic.h"
 #include "usr/zulroom.h"
 
+class CdeFILENAME;
 class TEdcTextBlock;
 
 /// Fonts of the report's texts.
@@ -112,6 +113,9 @@ private:
     bool revisionShown = false;
     char fileType[64] = "";
 };
+
+/// Opens a PDF with the desktop's program for it; says so where there is none.
+void ZulShowPdf(TWindow *owner, const CdeFILENAME &path);
 
 /// Fills the application's settings and makes the document: the start-up code of the program and of its
 /// companions that run a document.

@@ -56,18 +56,6 @@ void ShowHelp(TWindow *owner, int context)
     __treat
 }
 
-void ShowManual(TWindow *owner)
-{
-    __enter
-        CdeFILENAME path = BesideProgram(manualName);
-        bool isShown = path.HasExt("pdf") && ShellCanOpen(".pdf") && ShellOpen(path) > 32; __test;
-        if (!isShown) {
-            MessageBox(owner, GetResString(TEXT_NO_VIEWER), ".pdf", WIN_BOX_OK, WIN_ICON_INFORMATION); __test;
-        }
-    __point
-    __treat
-}
-
 template <class CATALOG>
 void EditCatalog()
 {
@@ -85,6 +73,17 @@ void PostToFrame(int id)
         application->MainWindow()->PostCommand(id);
 }
 } // namespace
+
+void ZulShowPdf(TWindow *owner, const CdeFILENAME &path)
+{
+    __enter
+        bool isShown = path.HasExt("pdf") && ShellCanOpen(".pdf") && ShellOpen(path) > 32; __test;
+        if (!isShown) {
+            MessageBox(owner, GetResString(TEXT_NO_VIEWER), ".pdf", WIN_BOX_OK, WIN_ICON_INFORMATION); __test;
+        }
+    __point
+    __treat
+}
 
 bool TZulDoc::DoCommand(int id)
 {
@@ -126,7 +125,7 @@ bool TZulDoc::Perform(int id)
             PostToFrame(COMMAND_RECALC);
             break;
         case COMMAND_MANUAL:
-            ShowManual(this);
+            ZulShowPdf(this, BesideProgram(manualName));
             break;
         default:
             known = EditData(id);

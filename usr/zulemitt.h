@@ -25,17 +25,15 @@ class TZulEmitterDialog : public TEdcDialog
 {
 public:
     TZulEmitterDialog(TZulEmitterData &data, bool anEditing); // a view
-    void SetupWindow() override;
     void Button(int id) override;
     void Changed(HWND control) override;
 
 private:
-    void FillModels();
-    void FillOutputs();
-    void EnableInfo();
+    void FillOutputs(const TEdcShortStr &name, bool opening);
+    void OfferOutputs(const char *name);
     bool editing;
-    TZulEmitterData &data;
     TEdcComboBox *model, *output;
+    TEdcFloatValidator *range; // view; of the output
     TEdcButton *techInfo;
 };
 

@@ -1,0 +1,167 @@
+// The dialog of the emitters. What the output may be follows from the model.
+#include "lib/cde.h"
+#include "lib/disk.h"
+#include "usr/edcutils.h"
+#include "usr/zuldoc.h"
+#include "usr/zulemitt.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "lib/xon.h"
+
+namespace
+{
+enum { DIALOG_EMITTER = 2010 };
+enum { ID_MODEL = 100, ID_OUTPUT = 101, ID_INFO = 102, ID_HEIGHT = 103, ID_TILT = 104 };
+enum { TEXT_NOTHING = 20510, TEXT_CHOICE = 20511, TEXT_MODEL_TIP = 2011, TEXT_REDUCED_TIP = 2012 };
+constexpr double MOST = std::numeric_limits<double>::max(); // as good as no bound
+constexpr double TILT_MAX = 89;                             // degrees
+
+/// The models of the folder, and what stands for none and for several.
+class ModelBox : public TEdcComboBox
+{
+public:
+    ModelBox(TDialog *aDialog, bool anEditing)
+        : TEdcComboBox(aDialog, ID_MODEL, SHORTSTRMAX, new TEdcValueValidator(anEditing)), editing(anEditing)
+    {
+    }
+
+    void SetupWindow() override
+    {
+        TEdcComboBox::SetupWindow();
+        __enter
+            if (editing)
+                AddRes(EDC_VUDF, TEXT_CHOICE);
+            AddRes(EDC_VNUL, TEXT_NOTHING);
+            ModelList(MODEL_OPEN); __test;
+            for (;;) {
+                const EmMODELINFO *info = ModelList(MODEL_NEXT); __test;
+                if (!info)
+                    break;
+                TEdcShortStr entry;
+                entry.Set(EDC_VVAL, info->name);
+                Add(entry);
+            }
+            ModelList(MODEL_CLOSE);
+        __point
+            ModelList(MODEL_CLOSE);
+        __treat
+    }
+
+private:
+    void AddRes(int id, int text)
+    {
+        TEdcShortStr entry;
+        entry.SetRes(id, text);
+        Add(entry);
+    }
+    bool editing;
+};
+
+TEdcShortStr OutputText(double output)
+{
+    TEdcShortStr text;
+    text.SetFloat(TEdcFloat(EdcRound(output, EDC_NOISE)), -1, NULL);
+    return text;
+}
+
+CdeFILENAME DataSheet(const char *model)
+{
+    CdeFILENAME path(ProgramFolder());
+    path.AddName("Modely");
+    path.AddName((std::string(model) + ".pdf").c_str());
+    return path;
+}
+
+std::string TechnicalData(const EmMODELINFO &info)
+{
+    std::string text = EdcResFormat(TEXT_MODEL_TIP, info.description, info.size.x, info.size.y, info.size.z,
+                                    info.power, info.radiantPart * 100);
+    if (info.power > info.reducedPower)
+        text += EdcResFormat(TEXT_REDUCED_TIP, info.reducedPower);
+    return text;
+}
+} // namespace
+
+TZulEmitterDialog::TZulEmitterDialog(TZulEmitterData &data, bool anEditing)
+    : TEdcDialog(DIALOG_EMITTER, static_cast<TEdcValue *>(&data.modelName)), editing(anEditing)
+{
+    model = new ModelBox(this, editing);
+    range = new TEdcFloatValidator(0, MOST, editing, NULL);
+    output = new TEdcComboBox(this, ID_OUTPUT, SHORTSTRMAX, range);
+    new TEdcEdit(this, ID_HEIGHT, SHORTSTRMAX, new TEdcFloatValidator(0, MOST, editing, NULL));
+    new TEdcEdit(this, ID_TILT, SHORTSTRMAX, new TEdcFloatValidator(-TILT_MAX, TILT_MAX, editing, NULL));
+    techInfo = new TEdcButton(this, ID_INFO);
+}
+
+void TZulEmitterDialog::Changed(HWND control)
+{
+    __enter
+        if (control == NULL || control == model->GetHandle()) {
+            TEdcShortStr name;
+            model->GetValue(name);
+            techInfo->EnableWindow(name.id == EDC_VVAL && DiskHas(DataSheet(name.text)));
+            model->SetTip("");
+            FillOutputs(name, control == NULL); __test;
+        }
+    __point
+    __treat
+}
+
+/// @param opening  the output of the record stays; another model brings its nominal one
+void TZulEmitterDialog::FillOutputs(const TEdcShortStr &name, bool opening)
+{
+    __enter
+        TEdcShortStr shown;
+        output->GetValue(shown);
+        output->ClearList();
+        output->EnableWindow(name.id == EDC_VVAL);
+        if (name.id == EDC_VVAL) {
+            OfferOutputs(name.text); __test;
+            if (opening)
+                output->SetValue(shown);
+        } else {
+            TEdcShortStr fixed = OutputText(0);
+            if (name.id == EDC_VUDF)
+                fixed.SetRes(EDC_VUDF, TEXT_CHOICE);
+            range->SetRange(0, 0);
+            output->Add(fixed);
+            output->SetValue(fixed);
+        }
+    __point
+    __treat
+}
+
+void TZulEmitterDialog::OfferOutputs(const char *name)
+{
+    __enter
+        TEdcShortStr choice;
+        choice.SetRes(EDC_VUDF, TEXT_CHOICE);
+        if (editing && !model->IsChanged())
+            output->Add(choice);
+        const EmMODELINFO *info = ModelInfo(name); __test;
+        model->SetTip(TechnicalData(*info).c_str());
+        TEdcShortStr nominal = OutputText(info->power);
+        output->Add(nominal);
+        if (info->power > info->reducedPower)
+            output->Add(OutputText(info->reducedPower));
+        range->SetRange(std::min(info->power, info->reducedPower), info->power);
+        output->SetValue(nominal);
+    __point
+    __treat
+}
+
+void TZulEmitterDialog::Button(int id)
+{
+    __enter
+        if (id == ID_INFO) {
+            TEdcShortStr name;
+            model->GetValue(name);
+            ZulShowPdf(this, DataSheet(name.text)); __test;
+        } else {
+            TEdcDialog::Button(id); __test;
+        }
+    __point
+    __treat
+}

@@ -66,18 +66,17 @@ public:
     /// where the size comes from the drawing
     enum FORM { EDITING = 1, STOCK = 2, DRAWN = 3 };
 
-    TZulHoleDialog(TZulHoleData &data, FORM aForm); // a view
-    void SetupWindow() override;
+    TZulHoleDialog(TZulHoleData &data, FORM form); // a view
     void Button(int id) override;
     void Changed(HWND control) override;
 
 private:
+    void Opened();
     void Find();
-    void EnableTemp();
-    FORM form;
+    bool isDrawn;
     TEdcEdit *description, *transmission, *externalTemp;
     TEdcCheckBox *ownTemp;
-    TControl *sizes[4]; // labels and edits of width and height
+    TControl *sizes[4]; // edits and labels of width and height
 };
 
 class TZulHoleSprite;
@@ -103,7 +102,7 @@ public:
     void Discard() override;
     void Reload(void *arg) override;
     void Store() override;
-    TEdcDrawRect *Clone() override;
+    TZulHoleSprite *Clone() override;
     bool HitTest(TPoint point) override;
     void Paint(TDC &dc) override;
 

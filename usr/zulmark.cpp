@@ -91,6 +91,22 @@ bool ZulInEllipse(TPoint point, TPoint centre, int a, int b)
     return aa * dx * dx + bb * dy * dy <= aa * bb;
 }
 
+void ZulRoundRect(TDC &dc, const TRect &rect, int x, int y)
+{
+    enum { CORNERS = 4, STEPS = 6 }; // points of a quarter of the ellipse
+    double a = std::min(x, rect.Width()) / 2.0;
+    double b = std::min(y, rect.Height()) / 2.0;
+    TPoint points[CORNERS * STEPS];
+    for (int i = 0; i < CORNERS * STEPS; ++i) {
+        int corner = i / STEPS; // right lower, left lower, left upper, right upper
+        double angle = AgPI / 2 * (corner + static_cast<double>(i % STEPS) / (STEPS - 1));
+        double cx = corner == 0 || corner == 3 ? rect.right - 1 - a : rect.left + a;
+        double cy = corner < 2 ? rect.bottom - 1 - b : rect.top + b;
+        points[i] = {EdcNearest(cx + a * std::cos(angle)), EdcNearest(cy + b * std::sin(angle))};
+    }
+    dc.Polygon(points, CORNERS * STEPS);
+}
+
 void ZulPaintMarker(TDC &dc, TPoint centre, int a, int b, TColor line, TColor fill)
 {
     TDCState former = dc.State();

@@ -50,6 +50,9 @@ protected:
 
 /// a^2 (x - cx)^2 + b^2 (y - cy)^2 <= a^2 b^2 for the half sizes a and b.
 bool ZulInEllipse(TPoint point, TPoint centre, int a, int b);
+/// A rectangle with rounded corners, `x` and `y` being the whole axes of their ellipse, in the pen and brush
+/// set.
+void ZulRoundRect(TDC &dc, const TRect &rect, int x, int y);
 /// A filled ellipse of those half sizes with a thin outline, the label in it.
 void ZulPaintMarker(TDC &dc, TPoint centre, int a, int b, TColor line, TColor fill);
 

@@ -165,7 +165,7 @@ void TZulZoneSprite::Store()
     AppDocument()->SetModified();
 }
 
-TEdcDrawRect *TZulZoneSprite::Clone()
+TZulZoneSprite *TZulZoneSprite::Clone()
 {
     return new TZulZoneSprite(*this);
 }

@@ -37,7 +37,7 @@ public:
     void Discard() override;
     void Reload(void *arg) override;
     void Store() override;
-    TEdcDrawRect *Clone() override;
+    TZulZoneSprite *Clone() override;
     bool HitTest(TPoint point) override;
     void Paint(TDC &dc) override;
 
