@@ -74,11 +74,18 @@ void EdcSelectCopy(TEdcDrawSprite &original, TEdcDrawSprite &copy)
     __treat
 }
 
+void EdcSetGhostPen(TDC &dc, TPenStyle style, int width)
+{
+    dc.SetPen({WIN_WHITE, width, style});
+    dc.SetBrush(NoBrush());
+    dc.SetOpaque(false);
+    dc.SetMix(WIN_MIX_XOR);
+}
+
 void EdcInvertGhost(TDC &dc, const TPoint *points, int n)
 {
     TDCState former = dc.State();
-    dc.SetPen({WIN_WHITE, 1, WIN_PEN_SOLID});
-    dc.SetMix(WIN_MIX_XOR);
+    EdcSetGhostPen(dc, WIN_PEN_SOLID);
     dc.Polyline(points, n);
     dc.SetState(former);
 }

@@ -84,7 +84,8 @@ void EdcApplyAbout(class TEdcDrawSprite &sprite, TEdcDrawDrag &drag);
 /// Tells the user where the pointer is (m), and what the running drag has come to; `drag` NULL for none.
 void EdcShowPointer(const AgPOINT &point, const TEdcDrawDrag *drag);
 void EdcHidePointer();
-/// Drawn twice it leaves no trace.
+/// White and exclusive-or, without a brush: what is drawn twice with it leaves no trace.
+void EdcSetGhostPen(TDC &dc, TPenStyle style, int width = 1); // px
 void EdcInvertGhost(TDC &dc, const TPoint *points, int n);
 
 /// Both dialogs for exact places forget what was entered last.
@@ -216,92 +217,111 @@ private:
     void MakeMove(TEdcDrawDrag &drag, unsigned mode, TPoint shift) const;
     void MakeTurn(TEdcDrawDrag &drag, unsigned mode, TPoint pointer) const;
     AgVECTOR NearestSnap(std::initializer_list<AgPOINT> points, const AgVECTOR &move) const;
-    void NoteCopy(const TEdcDrawDrag &drag);
+    void ShowGhost(TDC &dc, TEdcDrawDrag &drag);
 
     static bool dragging; // one drag at a time
     static bool dragCopy;
 };
 
-class TEdcDrawLine : public TEdcDrawSprite
+/// A shape between corners, each of them a handle: what lines and rectangles have in common. A drag moves it,
+/// turns it about a pivot, or takes one corner along while the opposite one stays.
+class TEdcDrawShape : public TEdcDrawSprite
+{
+public:
+    enum : uint16_t { FRAMEONLY = 1, SOLID = 2 }; // FRAMEONLY: the inside cannot be hit
+
+    void SetTool(int id) override;
+    void Layout(TDC &dc) override;
+    bool HitTest(TPoint point) override;
+    void Recompute() override;
+    void Describe(TEdcDrawDesc &d, double refAngle) override;
+    TEdcDrawSprite *Apply(TEdcDrawDrag &drag) override;
+    void DragUpdate(TEdcDrawDrag &drag) override;
+    void DragPaint(TDC &dc) override;
+    virtual void Store() {}             // into the object of the model
+    virtual TEdcDrawShape *Clone() = 0; // with a copy of that object
+
+    const AgPOINT &Centre() const { return centre; }
+
+protected:
+    enum { CORNERSMAX = 4 };
+    struct SHAPE {     // what a drag changes
+        AgVECTOR size; // m, signed; of a line its length and 0
+        AgPOINT centre;
+        double angle = 0; // rad
+    };
+    /// Where a shape keeps what follows from that. The outline runs through the corners in turn.
+    struct POINTS {
+        int corners, outline; // how many
+        AgPOINT *model;       // m, the corners
+        TPoint *device;       // px, the outline
+        TPoint *ghost;        // px, that of the ghost
+    };
+    TEdcDrawShape(int aType, uint16_t aKind) : TEdcDrawSprite(aType), kind(aKind) {}
+    TEdcDrawShape(const TEdcDrawShape &other);
+
+    virtual POINTS Points() = 0;
+    virtual AgVECTOR Extents() const = 0;
+    virtual void SetExtents(const AgVECTOR &extents) = 0;
+    /// A corner is taken along: size and angle for `d` (m) from the opposite one to it.
+    virtual void Reshape(SHAPE &s, int corner, const AgVECTOR &d) const = 0;
+
+    uint16_t kind;
+    AgPOINT centre;
+    double angle = 0; // rad
+
+private:
+    SHAPE Now() const { return {Extents(), centre, angle}; }
+    SHAPE Dragged(const TEdcDrawDrag &drag);
+    void Take(const SHAPE &s);
+    void FindOutline(TPoint *outline, const AgPOINT *corners);
+};
+
+class TEdcDrawLine : public TEdcDrawShape
 {
 public:
     TEdcDrawLine(int aType, const AgPOINT &from, const AgPOINT &to);
     TEdcDrawLine(int aType, const TEdcDrawCreation &creation); // two points
     TEdcDrawLine(const TEdcDrawLine &other);
 
-    void SetTool(int id) override;
-    void Layout(TDC &dc) override;
-    bool HitTest(TPoint point) override;
     void Paint(TDC &dc) override;
-    void Recompute() override;
-    void Describe(TEdcDrawDesc &d, double refAngle) override;
-    TEdcDrawSprite *Apply(TEdcDrawDrag &drag) override;
-    void DragUpdate(TEdcDrawDrag &drag) override;
-    void DragPaint(TDC &dc) override;
-    virtual void Store() {} // into the object of the model
-    virtual TEdcDrawLine *Clone();
+    TEdcDrawLine *Clone() override;
 
     double Length() const { return length; }
-    const AgPOINT &Centre() const { return centre; }
     double LineAngle() const { return angle; }
 
 protected:
-    struct SHAPE {         // what a drag changes
-        double length = 0; // m
-        AgPOINT centre;
-        double angle = 0; // rad
-    };
-    SHAPE Dragged(const TEdcDrawDrag &drag) const;
-    void Take(const SHAPE &s);
-    void Span(const AgPOINT &from, const AgPOINT &to);
+    POINTS Points() override;
+    AgVECTOR Extents() const override { return {length, 0}; }
+    void SetExtents(const AgVECTOR &extents) override { length = extents.x; }
+    void Reshape(SHAPE &s, int corner, const AgVECTOR &d) const override;
 
-    uint16_t kind = 1;
-    double length = 0; // m
-    AgPOINT centre;
-    double angle = 0; // rad
+    double length; // m
     AgPOINT ends[2];
     TPoint devEnds[2];  // px
     TPoint dragEnds[2]; // px, of the ghost
 };
 
-class TEdcDrawRect : public TEdcDrawSprite
+class TEdcDrawRect : public TEdcDrawShape
 {
 public:
-    enum : uint16_t { FRAMEONLY = 1, SOLID = 2 }; // FRAMEONLY: the inside cannot be hit
-
     explicit TEdcDrawRect(int aType);                          // the shape comes from the object of the model
     TEdcDrawRect(int aType, const TEdcDrawCreation &creation); // two opposite corners
     TEdcDrawRect(const TEdcDrawRect &other);
 
-    void SetTool(int id) override;
-    void Layout(TDC &dc) override;
-    bool HitTest(TPoint point) override;
     void Paint(TDC &dc) override;
-    void Recompute() override;
-    void Describe(TEdcDrawDesc &d, double refAngle) override;
-    TEdcDrawSprite *Apply(TEdcDrawDrag &drag) override;
-    void DragUpdate(TEdcDrawDrag &drag) override;
-    void DragPaint(TDC &dc) override;
-    virtual void Store() {}
-    virtual TEdcDrawRect *Clone();
+    TEdcDrawRect *Clone() override;
 
     const AgVECTOR &Size() const { return size; }
-    const AgPOINT &Centre() const { return centre; }
     double RectAngle() const { return angle; }
 
 protected:
-    struct SHAPE {
-        AgVECTOR size; // m, signed
-        AgPOINT centre;
-        double angle = 0; // rad
-    };
-    SHAPE Dragged(const TEdcDrawDrag &drag) const;
-    void Take(const SHAPE &s);
+    POINTS Points() override;
+    AgVECTOR Extents() const override { return size; }
+    void SetExtents(const AgVECTOR &extents) override { size = extents; }
+    void Reshape(SHAPE &s, int corner, const AgVECTOR &d) const override;
 
-    uint16_t kind = SOLID;
     AgVECTOR size; // m; negative where a handle was dragged across
-    AgPOINT centre;
-    double angle = 0; // rad
     AgPOINT corners[4];
     TPoint devCorners[5];  // px, the fifth closes
     TPoint dragCorners[5]; // px, of the ghost
@@ -339,11 +359,13 @@ protected:
     TCursor cursor, cursorSaved;
 };
 
-/// Draws a line and aligns the selection along it.
-class TEdcDrawAligner : public TEdcDrawTool
+/// Follows a press of the left button to its release and draws meanwhile what will come of it; drawn twice that
+/// is gone. The other button takes the gesture back. A click of that button leads to the next tool, or asks
+/// anew for the parameters of what will be made.
+class TEdcDrawGestureTool : public TEdcDrawTool
 {
 public:
-    TEdcDrawAligner(int aId, int cursorId, int aNextCommand);
+    TEdcDrawGestureTool(int aId, int cursorId, int aNextCommand);
     void Activate(bool on) override;
     void LeftDown(TDC &dc, unsigned keys, TPoint point) override;
     void LeftUp(TDC &dc, unsigned keys, TPoint point) override;
@@ -351,15 +373,44 @@ public:
     void RightUp(TDC &dc, unsigned keys, TPoint point) override;
     void MouseMove(TDC &dc, unsigned keys, TPoint point) override;
     void Outside(TDC &dc, bool on) override;
-    virtual bool Finish(); // whether the tool is done
+    virtual bool Finish() = 0; // whether the tool is done
+
+protected:
+    virtual void Begin(TPoint point) = 0; // a press
+    virtual bool IsMove(unsigned keys, TPoint point) const;
+    virtual void Follow(unsigned keys, TPoint point) = 0; // a move
+    virtual void Draw(TDC &dc) = 0;
+    virtual AgPOINT Place(TPoint point) const; // m, what an event there stands for
+    virtual void Ask(bool first);              // for parameters; `first` forgets the former ones
+    TEdcDrawSprite *Make(const TEdcDrawCreation &creation);
+
+    int nextCommand;                       // given when the tool is done; 0 for none
+    int32_t leftState = 0, rightState = 0; // 0 idle, 1 pressed
+    bool drawn = false;                    // and not yet taken away, but for being hidden while outside
+    bool outside = false;
+
+private:
+    void Erase(TDC &dc);
+};
+
+/// Draws a line and aligns the selection along it.
+class TEdcDrawAligner : public TEdcDrawGestureTool
+{
+public:
+    using TEdcDrawGestureTool::TEdcDrawGestureTool;
+    bool Finish() override;
     virtual void DrawLine(TDC &dc);
 
 protected:
-    int nextCommand;                       // given when the tool is done; 0 for none
-    TPoint start, end;                     // px
-    int32_t leftState = 0, rightState = 0; // 0 idle, 1 pressed
-    bool drawn = false;
-    bool outside = false;
+    void Begin(TPoint point) override { start = end = point; }
+    bool IsMove(unsigned keys, TPoint point) const override { return Pulled(keys, point) != end; }
+    void Follow(unsigned keys, TPoint point) override { end = Pulled(keys, point); }
+    void Draw(TDC &dc) override { DrawLine(dc); }
+
+    TPoint start, end; // px
+
+private:
+    TPoint Pulled(unsigned keys, TPoint point) const;
 };
 
 /// Places one new object at a click, a row of them along a line.
@@ -368,42 +419,38 @@ class TEdcDrawStockCreator : public TEdcDrawAligner
 public:
     using TEdcDrawAligner::TEdcDrawAligner;
     void Activate(bool on) override;
-    void RightUp(TDC &dc, unsigned keys, TPoint point) override;
     bool Finish() override;
+
+protected:
+    void Ask(bool first) override;
+    void *stock = NULL; // view: the layer's parameters for new objects
 
 private:
     void PlaceOne(const AgPOINT &at);
     void PlaceRow(const AgPOINT &from, const AgPOINT &to);
     TEdcDrawSprite *CreateOne();
-    void *stock = NULL; // view: the layer's parameters for new objects
 };
 
 /// Creates a shape from a drawn line.
-class TEdcDrawLineCreator : public TEdcDrawTool
+class TEdcDrawLineCreator : public TEdcDrawGestureTool
 {
 public:
     TEdcDrawLineCreator(int aId, int cursorId, int aNextCommand, uint16_t someFlags);
-    void LeftDown(TDC &dc, unsigned keys, TPoint point) override;
-    void LeftUp(TDC &dc, unsigned keys, TPoint point) override;
-    void RightDown(TDC &dc, unsigned keys, TPoint point) override;
-    void RightUp(TDC &dc, unsigned keys, TPoint point) override;
-    void MouseMove(TDC &dc, unsigned keys, TPoint point) override;
-    void Outside(TDC &dc, bool on) override;
     void Activate(bool on) override;
-    virtual bool Finish();
+    bool Finish() override;
     virtual void Constrain(unsigned keys); // Shift: an axis; Ctrl: the press is the middle
     virtual void DrawShape(TDC &dc);
 
 protected:
-    AgPOINT Snapped(TPoint point) const; // m
+    void Begin(TPoint point) override { origin = start = end = Place(point); }
+    void Follow(unsigned keys, TPoint point) override;
+    void Draw(TDC &dc) override { DrawShape(dc); }
+    AgPOINT Place(TPoint point) const override; // on the grid
+    void Ask(bool first) override;
 
-    int nextCommand;
-    uint16_t flags;
-    void *stock = NULL;         // view
-    AgPOINT origin, start, end; // m, snapped
-    int32_t leftState = 0, rightState = 0;
-    bool drawn = false;
-    bool outside = false;
+    uint16_t flags;             // of what it creates
+    void *stock = NULL;         // view: the layer's parameters for new objects
+    AgPOINT origin, start, end; // m, on the grid
 };
 
 /// Creates a shape from a drawn rectangle; Shift makes it square.

@@ -174,6 +174,8 @@ void TEdcDrawLayer::ApplyDrag(TEdcDrawDrag &drag)
     __enter
         TEdcDrawSprite *foc = DrawFocus();
         ASSERT(foc != NULL);
+        const TEdcDrawHandle *handle = drag.handle;
+        ASSERT_AS(handle != NULL || !(drag.mode & EDC_DRAWDRAGHANDLE), "handle != NULL");
         int others = CountSel() - 1;
         EdcApplyAbout(*foc, drag); __test;
         TEdcSprite *following = NULL;

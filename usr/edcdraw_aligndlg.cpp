@@ -2,7 +2,6 @@
 #include "usr/edcdraw.h"
 #include "usr/edcdraw_places.h"
 
-#include "lib/xassert.h"
 #include "usr/edcutils.h"
 #include "win/application.h"
 #include "win/boxes.h"
@@ -235,8 +234,7 @@ bool TEdcDrawAlignDialog::CanClose()
 
 uint32_t ModeBit(const TEdcInt &chk, uint32_t bit)
 {
-    ASSERT(chk.id == EDC_VVAL);
-    return chk.value != 0 ? bit : 0;
+    return EdcIsChecked(chk) ? bit : 0;
 }
 
 uint32_t KindBits(const TEdcInt &kind)

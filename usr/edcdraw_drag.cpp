@@ -120,10 +120,15 @@ void TEdcDrawSprite::MakeTurn(TEdcDrawDrag &drag, unsigned mode, TPoint pointer)
 }
 
 /// The copy of the focus counts for the cursor, and that of any other sprite.
-void TEdcDrawSprite::NoteCopy(const TEdcDrawDrag &drag)
+void TEdcDrawSprite::ShowGhost(TDC &dc, TEdcDrawDrag &drag)
 {
-    bool copies = (drag.mode & EDC_DRAWDRAGCOPY) != 0;
-    dragCopy = copies || (dragCopy && !(state & EDC_SsFOCUS));
+    __enter
+        bool copies = (drag.mode & EDC_DRAWDRAGCOPY) != 0;
+        dragCopy = copies || (dragCopy && !(state & EDC_SsFOCUS));
+        DragUpdate(drag); __test;
+        DragPaint(dc); __test;
+    __point
+    __treat
 }
 
 void TEdcDrawSprite::DragBegin(TDC &dc, unsigned mode, TPoint start, TPoint shift)
@@ -134,9 +139,7 @@ void TEdcDrawSprite::DragBegin(TDC &dc, unsigned mode, TPoint start, TPoint shif
         dragOk = MakeDrag(drag, mode, start, shift, true); __test;
         if (dragOk) {
             dragging = true;
-            NoteCopy(drag);
-            DragUpdate(drag); __test;
-            DragPaint(dc); __test;
+            ShowGhost(dc, drag); __test;
         }
     __point
         dragOk = false;
@@ -150,9 +153,7 @@ void TEdcDrawSprite::DragMove(TDC &dc, unsigned mode, TPoint start, TPoint shift
         if (dragOk) {
             DragPaint(dc); __test;
             MakeDrag(drag, mode, start, shift, false); __test;
-            NoteCopy(drag);
-            DragUpdate(drag); __test;
-            DragPaint(dc); __test;
+            ShowGhost(dc, drag); __test;
         }
     __point
         dragOk = false;

@@ -152,12 +152,10 @@ void TEdcDrawLocateDialog::ShowAngle()
 void MakeStep(TEdcDrawDrag &drag, TEdcDrawSprite &sprite, const TEdcDrawDesc &desc, SUBJECT subject)
 {
     __enter
-        ASSERT_AS(entered.sync.id == EDC_VVAL, "chk.id == EDC_VVAL");
-        ASSERT_AS(entered.copy.id == EDC_VVAL, "chk.id == EDC_VVAL");
         drag.mode = EDC_DRAWDRAGMOVE | EDC_DRAWDRAGROTATE;
-        if (subject == MANY && entered.sync.value != 0)
+        if (subject == MANY && EdcIsChecked(entered.sync))
             drag.mode |= EDC_DRAWDRAGABSOLUTE;
-        if (entered.copy.value != 0)
+        if (EdcIsChecked(entered.copy))
             drag.mode |= EDC_DRAWDRAGCOPY;
         drag.pivot = desc.centre;
         double a = EdcWrapAngle(EdcRadians(entered.angle.value));
@@ -184,6 +182,12 @@ void EdcShowNumber(TEdcEdit &edit, double value)
     TEdcShortStr text;
     text.SetFloat(EdcRound(value, EDC_NOISE), -1, NULL);
     edit.SetValue(text);
+}
+
+bool EdcIsChecked(const TEdcInt &chk)
+{
+    ASSERT(chk.id == EDC_VVAL);
+    return chk.value != 0;
 }
 
 void EdcForgetPlaces()

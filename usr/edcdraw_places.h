@@ -16,6 +16,7 @@ inline double EdcRadians(double degrees)
 
 TEdcEdit *EdcAnyNumber(TEdcDialog &dialog, int id); // a field that must hold a number, of any size
 void EdcShowNumber(TEdcEdit &edit, double value);   // without the noise of sums
+bool EdcIsChecked(const TEdcInt &chk);              // a box that is neither is a fault of the dialog
 void EdcForgetAlign();
 
 #endif

@@ -1,5 +1,4 @@
 // Tools with a cursor of their own: the selector of plans, the aligner, and the creator of objects from stock.
-// A button counts as up before its release is carried out, for that may open a dialog.
 #include "usr/edcdraw.h"
 
 #include "lib/xassert.h"
@@ -8,13 +7,11 @@
 #include "win/dc.h"
 
 #include <cmath>
-#include <utility>
 
 #include "lib/xon.h"
 
 namespace
 {
-enum { IDLE = 0, PRESSED = 1 };
 const double HEAD_INCHES = 5.0 / 72; // length of an arrow's head
 
 TCursor PictureCursor(int id)
@@ -95,100 +92,15 @@ TEdcAxes &TEdcDrawTool::Axes() const
     return *DrawLayer()->Axes();
 }
 
-TEdcDrawAligner::TEdcDrawAligner(int aId, int cursorId, int aNextCommand)
-    : TEdcDrawTool(aId, cursorId), nextCommand(aNextCommand)
+/// With Shift on the axis through the press along which the pointer has gone farther.
+TPoint TEdcDrawAligner::Pulled(unsigned keys, TPoint point) const
 {
-}
-
-void TEdcDrawAligner::Activate(bool on)
-{
-    TEdcDrawTool::Activate(on);
-    leftState = rightState = IDLE;
-    drawn = outside = false;
-}
-
-void TEdcDrawAligner::LeftDown(TDC &, unsigned, TPoint point)
-{
-    if (!layer || rightState != IDLE)
-        return;
-    leftState = PRESSED;
-    outside = drawn = false;
-    start = end = point;
-}
-
-void TEdcDrawAligner::MouseMove(TDC &dc, unsigned keys, TPoint point)
-{
-    if (layer)
-        EdcShowPointer(Axes().ToModel(point), NULL);
-    if (!layer || leftState != PRESSED || outside)
-        return;
     TPoint v = point - start;
     if ((keys & WIN_KEY_SHIFT) && std::abs(v.x) < std::abs(v.y))
         point.x = start.x;
     else if (keys & WIN_KEY_SHIFT)
         point.y = start.y;
-    if (point == end)
-        return;
-    __enter
-        if (drawn) {
-            DrawLine(dc); __test;
-        }
-        end = point;
-        drawn = true;
-        DrawLine(dc); __test;
-    __point
-        leftState = IDLE;
-    __treat
-}
-
-void TEdcDrawAligner::LeftUp(TDC &dc, unsigned, TPoint)
-{
-    int32_t former = std::exchange(leftState, IDLE);
-    if (!layer || former != PRESSED || outside)
-        return;
-    __enter
-        if (drawn) {
-            DrawLine(dc); __test;
-        }
-        drawn = false;
-        bool done = Finish(); __test;
-        if (done && nextCommand != 0)
-            EdcPostCommand(nextCommand);
-    __point
-    __treat
-}
-
-/// The other button takes a gesture back.
-void TEdcDrawAligner::RightDown(TDC &dc, unsigned keys, TPoint point)
-{
-    if (!layer)
-        return;
-    __enter
-        if (leftState == PRESSED) {
-            if (!outside) {
-                Outside(dc, true); __test;
-            }
-            LeftUp(dc, keys, point); __test;
-        } else {
-            rightState = PRESSED;
-            outside = false;
-        }
-    __point
-        leftState = rightState = IDLE;
-    __treat
-}
-
-void TEdcDrawAligner::RightUp(TDC &, unsigned, TPoint)
-{
-    if (std::exchange(rightState, IDLE) == PRESSED && layer && nextCommand != 0)
-        EdcPostCommand(nextCommand);
-}
-
-void TEdcDrawAligner::Outside(TDC &dc, bool on)
-{
-    outside = on;
-    if (layer && leftState == PRESSED && drawn)
-        DrawLine(dc);
+    return point;
 }
 
 /// The shaft ends at the head, or the two would invert each other.
@@ -241,27 +153,13 @@ bool TEdcDrawAligner::Finish()
 
 void TEdcDrawStockCreator::Activate(bool on)
 {
-    __enter
-        stock = NULL;
-        TEdcDrawAligner::Activate(on); __test;
-        if (on && layer) {
-            stock = DrawLayer()->QueryCreation(Id(), true); __test;
-        }
-    __point
-    __treat
+    stock = NULL;
+    TEdcDrawAligner::Activate(on);
 }
 
-/// The right button changes the parameters of what will be placed.
-void TEdcDrawStockCreator::RightUp(TDC &dc, unsigned keys, TPoint point)
+void TEdcDrawStockCreator::Ask(bool first)
 {
-    __enter
-        if (nextCommand != 0) {
-            TEdcDrawAligner::RightUp(dc, keys, point); __test;
-        } else if (std::exchange(rightState, IDLE) == PRESSED && layer) {
-            stock = DrawLayer()->QueryCreation(Id(), false); __test;
-        }
-    __point
-    __treat
+    stock = DrawLayer()->QueryCreation(Id(), first);
 }
 
 /// What was made before a failure stays, without a focus.
@@ -281,23 +179,12 @@ bool TEdcDrawStockCreator::Finish()
     return true;
 }
 
-/// A new object, selected, the layer's; NULL where the layer makes none.
 TEdcDrawSprite *TEdcDrawStockCreator::CreateOne()
 {
-    TEdcDrawSprite *spr = NULL;
-    __enter
-        TEdcDrawCreation creation;
-        creation.type = Id();
-        creation.stock = stock;
-        spr = DrawLayer()->CreateSprite(creation); __test;
-        if (spr) {
-            layer->Add(spr); __test;
-            layer->Select(spr, true, NULL); __test;
-        }
-    __point
-        spr = NULL;
-    __treat
-    return spr;
+    TEdcDrawCreation creation;
+    creation.type = Id();
+    creation.stock = stock;
+    return Make(creation);
 }
 
 /// Centred on the click, which is not snapped.

@@ -38,31 +38,9 @@ class DragCase : public PlanCase
 protected:
     void Send(TEdcMouseTool &tool, const GestureEvent &event)
     {
-        switch (event.kind) {
-        case GestureEvent::LEFT_DOWN:
-            tool.LeftDown(dc, event.keys, event.at);
-            break;
-        case GestureEvent::LEFT_UP:
-            tool.LeftUp(dc, event.keys, event.at);
-            break;
-        case GestureEvent::LEFT_DOUBLE:
-            tool.LeftDouble(dc, event.keys, event.at);
-            break;
-        case GestureEvent::RIGHT_DOWN:
-            tool.RightDown(dc, event.keys, event.at);
-            break;
-        case GestureEvent::RIGHT_UP:
-            tool.RightUp(dc, event.keys, event.at);
-            break;
-        case GestureEvent::LEAVE:
-        case GestureEvent::COME_BACK:
-            tool.Outside(dc, event.kind == GestureEvent::LEAVE);
+        PlayEvent(tool, dc, event);
+        if (event.kind == GestureEvent::LEAVE || event.kind == GestureEvent::COME_BACK)
             tool.MouseMove(dc, event.keys, event.at);
-            break;
-        case GestureEvent::MOVE:
-            tool.MouseMove(dc, event.keys, event.at);
-            break;
-        }
     }
     void Send(const char *events)
     {

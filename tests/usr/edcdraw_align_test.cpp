@@ -206,6 +206,24 @@ TEST_F(Align, NeedsALineAndAFocus)
     }));
 }
 
+TEST_F(Align, NeedsAHandleForAStepOfAHandle)
+{
+    TPlanRect *a = Put({{5, 5}, 4, 1, 0});
+    Layer().SetFocus(a, NULL);
+    TEdcDrawDrag drag;
+    drag.mode = EDC_DRAWDRAGMOVE | EDC_DRAWDRAGHANDLE;
+    drag.shift = AgPOINT(1, 1);
+    EXPECT_TRUE(AbortsOnAssertion("handle != NULL", "usr/edcdraw_align.cpp", [&] { Layer().ApplyDrag(drag); }));
+    TEdcDrawHandle handle;
+    handle.index = 2;
+    drag.handle = &handle;
+    Layer().ApplyDrag(drag);
+    EXPECT_NEAR(a->Centre().x, 5.5, 1e-12);
+    EXPECT_NEAR(a->Centre().y, 5.5, 1e-12);
+    EXPECT_NEAR(a->Size().x, 5, 1e-12);
+    EXPECT_NEAR(a->Size().y, 2, 1e-12);
+}
+
 /// A sprite that fails when it is to be applied to.
 class Stubborn : public TPlanRect
 {

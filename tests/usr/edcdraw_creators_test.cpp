@@ -17,38 +17,27 @@ std::string Pair(const AgPOINT &p)
     return Number(p.x) + "," + Number(p.y);
 }
 
-/// Writes down, in metres, what it is asked to draw and to finish.
+/// Writes down in metres.
 template <class CREATOR>
-class Seen : public CREATOR
+class Seen : public SeenTool<CREATOR>
 {
 public:
-    using CREATOR::CREATOR;
-    using CREATOR::drawn;
     using CREATOR::end;
-    using CREATOR::leftState;
     using CREATOR::origin;
-    using CREATOR::outside;
-    using CREATOR::rightState;
     using CREATOR::start;
+    using SeenTool<CREATOR>::SeenTool;
 
     bool Finish() override
     {
-        calls += "finish ";
-        return !fault.Meets("finish") && CREATOR::Finish();
+        this->calls += "finish ";
+        return !this->fault.Meets("finish") && CREATOR::Finish();
     }
     void DrawShape(TDC &dc) override
     {
-        calls += Pair(start) + ">" + Pair(end) + " ";
-        if (!fault.Meets("draw"))
+        this->calls += Pair(start) + ">" + Pair(end) + " ";
+        if (!this->fault.Meets("draw"))
             CREATOR::DrawShape(dc);
     }
-    std::string States() const
-    {
-        return std::to_string(leftState) + " " + std::to_string(rightState) + (outside ? " outside" : "");
-    }
-
-    std::string calls;
-    ToolFault fault;
 };
 using SeenLineCreator = Seen<TEdcDrawLineCreator>;
 using SeenRectCreator = Seen<TEdcDrawRectCreator>;
@@ -58,10 +47,9 @@ class Creators : public ToolCase
 protected:
     Creators()
     {
-        doc.plan->manager.SetTool(&doc.plan->rectCreator);
-        for (TEdcSpriteTool *tool :
-             {static_cast<TEdcSpriteTool *>(&line), static_cast<TEdcSpriteTool *>(&rect)})
-            tool->SetLayer(layer.get());
+        LeaveSelector();
+        line.SetLayer(layer.get());
+        rect.SetLayer(layer.get());
         line.Activate(true);
         rect.Activate(true);
         layer->queries.clear();
@@ -125,6 +113,11 @@ const Row rows[] = {
     {"the right button outside", "L+120,200 M140,190 O+ R+-9,5 L--9,5 R--9,5", "10,10>12,11 10,10>12,11 ",
      "0 0 outside", false, 0},
     {"leaving without a press", "O+ O-", "", "0 0", false, 0},
+
+    {"a press whose release never came is taken back", "L+120,200 M140,190 L+130,200 M150,180",
+     "10,10>12,11 10,10>12,11 11,10>13,12 ", "1 0", false, 0},
+    {"what is hidden is not shown by it", "L+120,200 M140,190 O+ L+130,200", "10,10>12,11 10,10>12,11 ", "1 0",
+     false, 0},
 
     {"keys count at each move", "L+120,200 sM140,190 M140,190 cM140,190 L-140,190",
      "10,10>12,10 10,10>12,10 10,10>12,11 10,10>12,11 8,9>12,11 8,9>12,11 finish ", "0 0", true, 1},
@@ -279,6 +272,26 @@ TEST_F(Creators, HandTheLayerARecordOfWhatWasDrawn)
     EXPECT_TRUE(doc.IsObsolete(EDC_LAYOUT));
 }
 
+TEST_F(Creators, AddTheirOwnFlagToThoseTheyWereGiven)
+{
+    const struct {
+        uint16_t given, line, rect;
+    } table[] = {{0, 1, 2}, {1, 1, 3}, {2, 3, 2}, {3, 3, 3}, {0x8000, 0x8001, 0x8002}};
+    for (const auto &row : table) {
+        TEdcDrawLineCreator aLine(PLAN_LINETOOL, 21694, 0, row.given);
+        TEdcDrawRectCreator aRect(EDC_TlRECT, 21695, 0, row.given);
+        for (TEdcDrawLineCreator *tool : {&aLine, static_cast<TEdcDrawLineCreator *>(&aRect)}) {
+            tool->SetLayer(layer.get());
+            tool->Activate(true);
+            Draw(*tool, 10, 10, 16, 7);
+            tool->Activate(false);
+        }
+        EXPECT_EQ(layer->creations[0].flags, row.line);
+        EXPECT_EQ(layer->creations[1].flags, row.rect);
+        layer->creations.clear();
+    }
+}
+
 TEST_F(Creators, MakeTheSpritesOfThePlan)
 {
     TDrawBlock &plan = *doc.plan;
@@ -329,6 +342,9 @@ TEST_F(Creators, LeaveNoTraceOfTheirShapes)
                 tool->Outside(surface, true);
                 EXPECT_EQ(PixelsOf(surface, size), before);
                 tool->Outside(surface, false);
+                tool->LeftDown(surface, 0, to); // the release never came
+                EXPECT_EQ(PixelsOf(surface, size), before);
+                tool->MouseMove(surface, keys, {70, 50});
                 tool->RightDown(surface, 0, to);
                 EXPECT_EQ(PixelsOf(surface, size), before);
             }
@@ -367,6 +383,7 @@ TEST_F(Creators, AreIdleAfterAnyFailureAndKeepWhatWasMadeWithoutAFocus)
                           {false, "draw", 3, "L+120,200 M140,190 M150,180", 0},
                           {false, "draw", 2, whole, 0},
                           {false, "draw", 2, "L+120,200 M140,190 R+140,190", 0},
+                          {false, "draw", 2, "L+120,200 M140,190 L+140,190", 0},
                           {false, "finish", 1, whole, 0},
                           {true, "create", 1, whole, 0},
                           {true, "select", 1, whole, 1},

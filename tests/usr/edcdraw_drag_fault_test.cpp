@@ -92,15 +92,18 @@ TEST_F(DragFault, WhereverItFailsNoGhostAndNoDragIsLeft)
 
 TEST_F(DragFault, ACopyThatCannotBeMadeLeavesTheOriginalAsItIs)
 {
-    Fill("a", 'a');
-    Send("L+A cM130,150");
-    PlanFault fault = {"clone", 1, 0};
-    ByName('a')->fault = &fault;
-    Send("cL-130,150");
-    EXPECT_EQ(TakeFailure(), XALLOC);
-    EXPECT_EQ(Rects().CountLnk(), 3);
-    EXPECT_EQ(Changes(), "");
-    EXPECT_EQ(Lists(), "a a");
+    for (const char *operation : {"clone", "half clone"}) {
+        Fill("a", 'a');
+        Send("L+A cM130,150");
+        PlanFault fault = {operation, 1, 0};
+        ByName('a')->fault = &fault;
+        Send("cL-130,150");
+        EXPECT_EQ(TakeFailure(), XALLOC);
+        EXPECT_EQ(Rects().CountLnk(), 3);
+        EXPECT_EQ(Changes(), "");
+        EXPECT_EQ(Lists(), "a a");
+        ByName('a')->fault = NULL;
+    }
 }
 
 TEST_F(DragFault, ACopyThatCannotBeStoredLiesWhereItsModelLies)

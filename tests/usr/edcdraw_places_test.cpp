@@ -1,16 +1,7 @@
 // The dialogs for exact places, filled in by hand, and what comes of their answers.
-#include "lib/xfail.h"
-#include "support/plandoc.h"
-#include "support/programtables.h"
-#include "support/testapp.h"
-#include "usr/edcapp.h"
-#include "win/boxes.h"
-#include "win/frame.h"
-#include "win/testdialog.h"
-
-#include <gtest/gtest.h>
-
-#include <functional>
+#include "planwindow.h"
+#include "support/child.h"
+#include "usr/edcdraw_places.h"
 
 namespace
 {
@@ -31,16 +22,20 @@ enum Id {
     SHOW_ANGLE = 116,
     SYNC = 117,
     COPY = 118,
+    COUNT_LABEL = 100,
     COUNT = 101,
     X1 = 102,
     Y1 = 103,
     X2 = 104,
     Y2 = 105,
     SHOW_LINE = 106,
+    SIDES = 107,
+    SIDE_PICTURE = 108,
     BELOW = 109,
     MIDDLE = 110,
     ABOVE = 111,
     STRETCH = 112,
+    STRETCH_PICTURE = 114,
     DISTANCES = 115,
     GAPS = 116,
     SELORDER = 117,
@@ -48,32 +43,16 @@ enum Id {
     VALUE_LABEL = 119,
     VALUE = 120,
     ROTATE = 121,
+    ROTATE_PICTURE = 123,
     TO_LINE = 124,
     TO_XAXIS = 125,
+    ALIGN_ANGLE_LABEL = 126,
     ALIGN_ANGLE = 127
 };
 
-class Places : public testing::Test
+class Places : public PlanWindow
 {
 protected:
-    Places() : frame("Planprobe", doc)
-    {
-        TestApplication().SetMainWindow(&frame);
-        SetAppDocument(&doc);
-        frame.Create();
-        testdoor::ResizeClient(doc, {900, 700});
-        doc.Start();
-        testdoor::Settle();
-        EdcForgetPlaces();
-    }
-    ~Places() override
-    {
-        EXPECT_EQ(testdoor::UnexpectedBoxes(), 0);
-        EXPECT_EQ(testdoor::PendingScripts(), 0);
-        EXPECT_EQ(xCode, XNULL);
-        doc.modified = false;
-        TestApplication().SetMainWindow(NULL);
-    }
     TPlanRect *Put(double x, double y, double width, double height, double angle = 0)
     {
         auto *spr = new TPlanRect(AgPOINT(x, y), width, height, angle);
@@ -84,16 +63,7 @@ protected:
         testdoor::Settle();
         return spr;
     }
-    static void Fill(std::function<void(DialogBox &)> work, int answer = WIN_ID_OK)
-    {
-        testdoor::Script([=](ModalBox &box) {
-            DialogBox dialog(box);
-            work(dialog);
-            if (answer != 0)
-                box.Answer(answer);
-        });
-    }
-    /// The locate dialog for the focus, answered by OK where `work` leaves it open.
+    /// The locate dialog for the focus, and what its answer stands for.
     bool Locate(std::function<void(DialogBox &)> work, TEdcDrawHandle *handle = NULL, int answer = WIN_ID_OK)
     {
         Fill(work, answer);
@@ -104,10 +74,6 @@ protected:
         return answered;
     }
     TPlanLayer &Layer() { return doc.plan->rects; }
-
-    ProgramTables tables;
-    TPlanDoc doc;
-    TDecoratedFrame frame;
 };
 
 void Enter(DialogBox &dialog, const char *x, const char *y)
@@ -320,6 +286,160 @@ TEST_F(Places, ComeWithTheCommandsOfTheLayer)
     EXPECT_FALSE(frame.TryCommand(EDC_CmALIGN));
 }
 
+TEST_F(Places, HaveTheirTextsOnTheControls)
+{
+    const std::pair<int, const char *> texts[] = {{SHOW_POINT, "&Zeige jetzigen"},
+                                                  {ROTATION, "Drehung"},
+                                                  {ANGLE_LABEL, "&Winkel"},
+                                                  {SHOW_ANGLE, "Z&eige jetzigen"},
+                                                  {SYNC, "&Auswahl syn-\nchronisieren"},
+                                                  {COPY, "&Kopie plazieren"}};
+    Put(10, 6, 4, 2);
+    Locate(
+        [&](DialogBox &dialog) {
+            for (const auto &[id, text] : texts)
+                EXPECT_EQ(dialog.Text(id), text);
+        },
+        NULL, WIN_ID_CANCEL);
+}
+
+TEST_F(Places, TakeNoHandleThatDoesNotSnap)
+{
+    TPlanRect *spr = Put(10, 6, 4, 2);
+    TEdcDrawHandle handle = *spr->HandleAt(doc.plan->At(12, 7));
+    handle.flags = TEdcDrawHandle::DRAWN;
+    ASSERT_TRUE(Locate(
+        [](DialogBox &dialog) {
+            EXPECT_TRUE(dialog.IsShown(ANCHORS));
+            EXPECT_TRUE(dialog.IsEnabled(ANGLE));
+            EXPECT_EQ(dialog.Text(X), "10");
+            Enter(dialog, "15", "9");
+        },
+        &handle));
+    EXPECT_EQ(spr->Centre(), AgPOINT(15, 9));
+    EXPECT_EQ(spr->Size(), AgVECTOR(4, 2));
+}
+
+TEST_F(Places, NeverCopyByAHandle)
+{
+    TPlanRect *spr = Put(10, 6, 4, 2);
+    Put(30, 6, 4, 2);
+    ASSERT_TRUE(Locate([](DialogBox &dialog) {
+        dialog.Click(COPY);
+        dialog.Click(SYNC);
+    }));
+    ASSERT_EQ(Layer().CountLnk(), 4);
+    Layer().SelectAll(false, NULL);
+    Layer().Select(spr, true, NULL);
+    Layer().SetFocus(spr, NULL);
+    doc.plan->manager.Touch();
+    doc.Refresh(EDC_LAYOUT);
+    testdoor::Settle();
+    ASSERT_TRUE(Locate(
+        [](DialogBox &dialog) {
+            EXPECT_EQ(dialog.Check(COPY), WIN_UNCHECKED);
+            EXPECT_EQ(dialog.Check(SYNC), WIN_UNCHECKED);
+            Enter(dialog, "14", "8");
+        },
+        spr->HandleAt(doc.plan->At(12, 7))));
+    EXPECT_EQ(Layer().CountLnk(), 4);
+    EXPECT_EQ(spr->Centre(), AgPOINT(11, 6.5));
+    EXPECT_EQ(spr->Size(), AgVECTOR(6, 3));
+}
+
+TEST_F(Places, CopyASelectionAndTurnTheCopiesTogether)
+{
+    TPlanRect *a = Put(10, 6, 4, 2, 0.5);
+    TPlanRect *b = Put(20, 6, 4, 2, 0.25);
+    ASSERT_TRUE(Locate([](DialogBox &dialog) {
+        Enter(dialog, "21", "8");
+        dialog.Type(ANGLE, "270"); // a quarter back
+        dialog.Click(SYNC);
+        dialog.Click(COPY);
+    }));
+    EXPECT_EQ(a->RectAngle(), 0.5);
+    EXPECT_EQ(b->RectAngle(), 0.25);
+    ASSERT_EQ(Layer().CountLnk(), 4);
+    EXPECT_EQ(Layer().CountSel(), 2);
+    const double middles[][2] = {{21, 8}, {11, 8}}; // the copy of the focus first
+    const TEdcSprite *spr = b->lnkNext;
+    for (const auto &middle : middles) {
+        const auto &copy = static_cast<const TPlanRect &>(*spr);
+        EXPECT_NEAR(copy.Centre().x, middle[0], 1e-9);
+        EXPECT_NEAR(copy.Centre().y, middle[1], 1e-9);
+        EXPECT_NEAR(copy.RectAngle(), -AgPI / 2, 1e-12);
+        EXPECT_TRUE(Layer().IsSelected(spr));
+        spr = spr->lnkNext;
+    }
+}
+
+TEST_F(Places, ShowNumbersWithoutTheNoiseOfSumsAndAnglesWithinOneTurn)
+{
+    Put(0.1 + 0.2, 1.0 / 3, 4, 2, 3 * AgPI / 2);
+    Locate(
+        [](DialogBox &dialog) {
+            EXPECT_EQ(dialog.Text(X), "0.3");
+            EXPECT_EQ(dialog.Text(Y), "0.333333");
+            EXPECT_EQ(dialog.Text(ANGLE), "-90");
+        },
+        NULL, WIN_ID_CANCEL);
+}
+
+TEST_F(Places, ComeFromTheMenuOfASpriteOrOfOneOfItsHandles)
+{
+    Put(10, 6, 4, 2);
+    const TPoint middle = doc.plan->At(10, 6);
+    const TPoint corner = doc.plan->At(12, 7);
+    const char *const sprite = "\xD6&ffnen\n&Plazieren...\n&Ausgleichen...\n&Beseitigen\tEntf\n";
+    const char *const handle = "&Plazieren...\n";
+    const struct {
+        TPoint at;
+        unsigned keys;
+        const char *items;
+        int shown; // bold
+    } table[] = {{middle, 0, sprite, EDC_CmOPEN},
+                 {corner, 0, handle, 0},
+                 {corner, WIN_KEY_SHIFT, sprite, EDC_CmOPEN},
+                 {corner, WIN_KEY_CTRL, handle, 0},
+                 {middle, 0, sprite, EDC_CmOPEN}};
+    for (const auto &row : table) {
+        testdoor::Script([&row](ModalBox &box) {
+            EXPECT_EQ(box.Kind(), "popup");
+            EXPECT_EQ(box.Text(), row.items);
+            EXPECT_EQ(box.Default(), row.shown);
+            box.Press("Esc");
+        });
+        Layer().MenuAt(row.keys, row.at);
+        EXPECT_EQ(testdoor::PendingScripts(), 0);
+    }
+    Layer().SetFocus(NULL, NULL);
+    Layer().MenuAt(0, middle); // none then
+}
+
+TEST_F(Places, FollowTheHandleThatTheMenuWasAbout)
+{
+    Put(10, 6, 4, 2);
+    testdoor::Script([](ModalBox &box) {
+        EXPECT_EQ(box.Text(), "&Plazieren...\n");
+        box.Press("Esc");
+    });
+    Layer().MenuAt(0, doc.plan->At(12, 7));
+    Fill([](DialogBox &dialog) { EXPECT_EQ(dialog.Text(X), "12"); }, WIN_ID_CANCEL);
+    Layer().Command(EDC_CmLOCATE);
+    Layer().OpenAt(0, doc.plan->At(12, 7)); // a double click is about the sprite
+    EXPECT_EQ(Layer().opened, 1);
+    Fill([](DialogBox &dialog) { EXPECT_EQ(dialog.Text(X), "10"); }, WIN_ID_CANCEL);
+    Layer().Command(EDC_CmLOCATE);
+}
+
+TEST(Checks, MustBeOneOrTheOther)
+{
+    EXPECT_TRUE(EdcIsChecked(TEdcInt(1)));
+    EXPECT_FALSE(EdcIsChecked(TEdcInt(0)));
+    EXPECT_TRUE(
+        AbortsOnAssertion("chk.id == EDC_VVAL", "usr/edcdraw_locate.cpp", [] { EdcIsChecked(TEdcInt()); }));
+}
+
 class Lines : public Places
 {
 protected:
@@ -437,5 +557,153 @@ TEST_F(Lines, RefuseEqualPointsAndCountsBeyondTheRange)
     });
     EXPECT_FALSE(Layer().AlignQuery(spec, AgPOINT(1, 2), AgPOINT(3, 4), &count));
     EXPECT_EQ(count, 0);
+}
+
+TEST_F(Lines, HaveTheirTextsOnTheControls)
+{
+    const std::pair<int, const char *> texts[] = {{COUNT_LABEL, "An&zahl"},
+                                                  {SHOW_LINE, "Z&eige jetzigen"},
+                                                  {SIDES, "Zustellung"},
+                                                  {BELOW, "&Unter die Skala"},
+                                                  {MIDDLE, "Mit der &Mitte zur Skala"},
+                                                  {ABOVE, "\xDC&ber die Skala"},
+                                                  {STRETCH, "&Dehnung"},
+                                                  {DISTANCES, "Gleiche Mittelpu&nktabst."},
+                                                  {GAPS, "Gleiche L\xFC"
+                                                         "c&kenl\xE4nge"},
+                                                  {SELORDER, "&Reihenf. nach Auswahl"},
+                                                  {USE_VALUE, "Eingeg. Ab&stand anwenden"},
+                                                  {VALUE_LABEL, "&Abstand"},
+                                                  {ROTATE, "Dre&hung"},
+                                                  {TO_LINE, "Im Bezug au&f die Skala"},
+                                                  {TO_XAXIS, "&Im Bezug auf Achse X"},
+                                                  {ALIGN_ANGLE_LABEL, "&Winkel"}};
+    Put(10, 6, 4, 2);
+    TEdcDrawAlign spec;
+    Ask(
+        spec,
+        [&](DialogBox &dialog) {
+            for (const auto &[id, text] : texts)
+                EXPECT_EQ(dialog.Text(id), text) << id;
+        },
+        NULL, WIN_ID_CANCEL);
+}
+
+/// The same dialog with a given picture at one place.
+class Pictured : public TEdcDialog
+{
+public:
+    Pictured(int id, int aNumber) : TEdcDialog(21521), number(aNumber), picture(new TEdcStatic(this, id)) {}
+    void Changed(HWND control) override
+    {
+        if (control == NULL)
+            picture->SetRes(number);
+    }
+
+private:
+    int number;
+    TEdcStatic *picture;
+};
+
+std::vector<TColor> PixelsAt(const DialogBox &dialog, int id)
+{
+    TSize extent;
+    return dialog.Pixels(id, extent);
+}
+
+TEST_F(Lines, ShowWhatTheChosenOptionsMean)
+{
+    auto shown = [](int id, int number) {
+        std::vector<TColor> pixels;
+        Pictured dialog(id, number);
+        Fill([&](DialogBox &box) { pixels = PixelsAt(box, id); }, WIN_ID_CANCEL);
+        dialog.Execute();
+        return pixels;
+    };
+    const struct {
+        int click;
+        int id;
+        int number;
+    } table[] = {
+        {BELOW, SIDE_PICTURE, 21651},      {ABOVE, SIDE_PICTURE, 21653},    {MIDDLE, SIDE_PICTURE, 21652},
+        {STRETCH, STRETCH_PICTURE, 21654}, {GAPS, STRETCH_PICTURE, 21655},  {STRETCH, STRETCH_PICTURE, 21650},
+        {STRETCH, STRETCH_PICTURE, 21655}, {ROTATE, ROTATE_PICTURE, 21656}, {TO_XAXIS, ROTATE_PICTURE, 21657},
+        {TO_LINE, ROTATE_PICTURE, 21656},  {ROTATE, ROTATE_PICTURE, 21650}, {DISTANCES, STRETCH_PICTURE, 21654},
+    };
+    EXPECT_NE(shown(SIDE_PICTURE, 21651), shown(SIDE_PICTURE, 21652));
+    std::vector<std::vector<TColor>> expected = {shown(SIDE_PICTURE, 21652), shown(STRETCH_PICTURE, 21650),
+                                                 shown(ROTATE_PICTURE, 21650)};
+    for (const auto &row : table)
+        expected.push_back(shown(row.id, row.number));
+    Put(10, 6, 4, 2);
+    TEdcDrawAlign spec;
+    Ask(
+        spec,
+        [&](DialogBox &dialog) {
+            size_t n = 0;
+            for (int id : {SIDE_PICTURE, STRETCH_PICTURE, ROTATE_PICTURE})
+                EXPECT_EQ(PixelsAt(dialog, id), expected[n++]) << id;
+            for (const auto &row : table) {
+                dialog.Click(row.click);
+                EXPECT_EQ(PixelsAt(dialog, row.id), expected[n++]) << row.click << " " << row.number;
+            }
+        },
+        NULL, WIN_ID_CANCEL);
+}
+
+TEST_F(Lines, DisableWhatNoLongerCounts)
+{
+    Put(10, 6, 4, 2);
+    TEdcDrawAlign spec;
+    Ask(
+        spec,
+        [](DialogBox &dialog) {
+            auto expect = [&](std::initializer_list<int> ids, bool enabled) {
+                for (int id : ids)
+                    EXPECT_EQ(dialog.IsEnabled(id), enabled) << id;
+            };
+            dialog.Click(STRETCH);
+            dialog.Click(USE_VALUE);
+            expect({DISTANCES, GAPS, SELORDER, USE_VALUE, VALUE, VALUE_LABEL}, true);
+            dialog.Click(USE_VALUE);
+            expect({VALUE, VALUE_LABEL}, false);
+            expect({DISTANCES, GAPS, SELORDER, USE_VALUE}, true);
+            dialog.Click(USE_VALUE);
+            dialog.Click(STRETCH);
+            expect({DISTANCES, GAPS, SELORDER, USE_VALUE, VALUE, VALUE_LABEL}, false);
+            EXPECT_EQ(dialog.Check(USE_VALUE), WIN_CHECKED);
+            dialog.Click(STRETCH);
+            expect({USE_VALUE, VALUE, VALUE_LABEL}, true);
+            dialog.Click(ROTATE);
+            expect({TO_LINE, TO_XAXIS, ALIGN_ANGLE, ALIGN_ANGLE_LABEL}, true);
+            dialog.Click(ROTATE);
+            expect({TO_LINE, TO_XAXIS, ALIGN_ANGLE, ALIGN_ANGLE_LABEL}, false);
+            expect({COUNT}, false);
+            expect({SHOW_LINE}, true);
+        },
+        NULL, WIN_ID_CANCEL);
+}
+
+TEST_F(Lines, RememberWhatWasEnteredButNotTheLine)
+{
+    Put(10, 6, 4, 2);
+    TEdcDrawAlign spec;
+    ASSERT_TRUE(Ask(spec, [](DialogBox &dialog) {
+        dialog.Click(STRETCH);
+        dialog.Click(GAPS);
+        dialog.Click(BELOW);
+        dialog.Type(X1, "7");
+    }));
+    ASSERT_TRUE(Ask(spec, [](DialogBox &dialog) {
+        EXPECT_EQ(dialog.Check(STRETCH), WIN_CHECKED);
+        EXPECT_EQ(dialog.Check(GAPS), WIN_CHECKED);
+        EXPECT_EQ(dialog.Check(BELOW), WIN_CHECKED);
+        EXPECT_EQ(dialog.Text(X1), "1");
+    }));
+    EXPECT_EQ(spec.mode, uint32_t{TEdcDrawAlign::BELOW | TEdcDrawAlign::STRETCH | TEdcDrawAlign::GAPS});
+    Layer().Reset();
+    Put(10, 6, 4, 2);
+    ASSERT_TRUE(Ask(spec, [](DialogBox &) {}));
+    EXPECT_EQ(spec.mode, uint32_t{TEdcDrawAlign::MIDDLE});
 }
 } // namespace

@@ -670,8 +670,8 @@ TEST_F(Shapes, FaultsOfTheProgramEndIt)
     drag.mode = EDC_DRAWDRAGMOVE | EDC_DRAWDRAGHANDLE | EDC_DRAWDRAGCOPY;
     drag.handle = &handle;
     EXPECT_TRUE(
-        AbortsOnAssertion(copied, "usr/edcdraw_rect.cpp", [&] { PutRect(AgPOINT(1, 1), 2, 2)->Apply(drag); }));
-    EXPECT_TRUE(AbortsOnAssertion(copied, "usr/edcdraw_line.cpp",
+        AbortsOnAssertion(copied, "usr/edcdraw_shape.cpp", [&] { PutRect(AgPOINT(1, 1), 2, 2)->Apply(drag); }));
+    EXPECT_TRUE(AbortsOnAssertion(copied, "usr/edcdraw_shape.cpp",
                                   [&] { PutLine(AgPOINT(1, 1), AgPOINT(2, 2))->Apply(drag); }));
 }
 

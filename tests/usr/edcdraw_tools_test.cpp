@@ -11,16 +11,11 @@ using testdoor::DialogBox;
 
 enum Id { COUNT = 101, X1 = 102, Y1 = 103, X2 = 104, Y2 = 105, STRETCH = 112, GAPS = 116 };
 
-/// Writes down what it is asked to draw and to finish.
-class SeenAligner : public TEdcDrawAligner
+class SeenAligner : public SeenTool<TEdcDrawAligner>
 {
 public:
+    using SeenTool::SeenTool;
     using TEdcDrawAligner::Axes;
-    using TEdcDrawAligner::drawn;
-    using TEdcDrawAligner::leftState;
-    using TEdcDrawAligner::outside;
-    using TEdcDrawAligner::rightState;
-    using TEdcDrawAligner::TEdcDrawAligner;
 
     bool Finish() override
     {
@@ -33,25 +28,14 @@ public:
                  std::to_string(end.y) + " ";
         fault.Meets("draw");
     }
-    std::string States() const
-    {
-        return std::to_string(leftState) + " " + std::to_string(rightState) + (outside ? " outside" : "");
-    }
 
-    std::string calls;
     bool done = true;
-    ToolFault fault;
 };
 
-class Aligner : public ToolCase
+class Aligner : public ToolOf<SeenAligner>
 {
 protected:
-    Aligner()
-    {
-        doc.plan->manager.SetTool(&doc.plan->rectCreator);
-        tool.SetLayer(layer.get());
-    }
-    SeenAligner tool{EDC_TlALIGN, 21692, EDC_TlSELECT};
+    Aligner() : ToolOf(EDC_TlALIGN, 21692, EDC_TlSELECT) {}
 };
 
 struct Row {
@@ -103,6 +87,12 @@ const Row rows[] = {
     {"a press that left without a line", "L+5,5 O+ O- L-5,5", "finish ", "0 0", true},
     {"leaving without a press", "O+ O-", "", "0 0", false},
     {"a press inside after leaving", "O+ L+5,5 M9,7", "5,5>9,7 ", "1 0", false},
+    {"a press whose release never came is taken back", "L+5,5 M9,7 L+1,1 M2,2", "5,5>9,7 5,5>9,7 1,1>2,2 ",
+     "1 0", false},
+    {"and ends as its own", "L+5,5 M9,7 L+1,1 L-1,1", "5,5>9,7 5,5>9,7 finish ", "0 0", true},
+    {"what is hidden is not shown by it", "L+5,5 M9,7 O+ L+1,1 M2,2", "5,5>9,7 5,5>9,7 1,1>2,2 ", "1 0", false},
+    {"nor what was let go outside", "L+5,5 M9,7 O+ L--9,7 O- L+1,1", "5,5>9,7 5,5>9,7 ", "1 0", false},
+    {"two right presses are one", "R+5,5 R+9,9 R-9,9", "", "0 0", true},
     {"a double click begins nothing", "LL5,5 M9,7 L-9,7", "", "0 0", false},
 };
 
@@ -145,6 +135,15 @@ TEST_F(Aligner, IsDeafWithoutALayer)
     EXPECT_TRUE(AbortsOnAssertion("layer != NULL", "usr/edcdraw_tools.cpp", [this] { tool.Axes(); }));
 }
 
+TEST_F(Aligner, DoesNotLeaveForARightPressThatIsTakenBack)
+{
+    tool.RightDown(dc, 0, {5, 5});
+    tool.Outside(dc, true);
+    tool.RightUp(dc, EDC_KEY_TAKEBACK, {5, 5});
+    EXPECT_EQ(tool.rightState, 0);
+    EXPECT_FALSE(TookSelector());
+}
+
 TEST_F(Aligner, IsIdleAfterAnyFailure)
 {
     struct Case {
@@ -154,7 +153,8 @@ TEST_F(Aligner, IsIdleAfterAnyFailure)
     };
     const Case cases[] = {{"draw", 1, "L+5,5 M9,7"},        {"draw", 2, "L+5,5 M9,7 M10,10"},
                           {"draw", 3, "L+5,5 M9,7 M10,10"}, {"draw", 2, "L+5,5 M9,7 L-9,7"},
-                          {"finish", 1, "L+5,5 L-5,5"},     {"draw", 2, "L+5,5 M9,7 R+9,7"}};
+                          {"finish", 1, "L+5,5 L-5,5"},     {"draw", 2, "L+5,5 M9,7 R+9,7"},
+                          {"draw", 2, "L+5,5 M9,7 L+9,7"}};
     for (const Case &c : cases) {
         SCOPED_TRACE(c.events + std::string(" ") + c.at + std::to_string(c.call));
         tool.fault = {c.at, c.call};
@@ -200,6 +200,7 @@ TEST_F(Aligner, DrawsAnArrow)
                 aligner.MouseMove(record, 0, event.at);
         EXPECT_EQ(record.calls, c.calls);
         EXPECT_EQ(record.State().mix, WIN_MIX_COPY);
+        aligner.RightDown(record, 0, {0, 0});
         aligner.SetLayer(NULL);
     }
 }
@@ -220,21 +221,19 @@ TEST_F(Aligner, LeavesNoTraceOfItsArrow)
         aligner.LeftDown(surface, 0, {60, 60});
         aligner.MouseMove(surface, 0, to);
         EXPECT_NE(PixelsOf(surface, size), before) << i;
+        aligner.LeftDown(surface, 0, to); // the release never came
+        EXPECT_EQ(PixelsOf(surface, size), before) << i;
+        aligner.MouseMove(surface, 0, {30, 90});
         aligner.RightDown(surface, 0, to);
         EXPECT_EQ(PixelsOf(surface, size), before) << i;
     }
     aligner.SetLayer(NULL);
 }
 
-class RealAligner : public ToolCase
+class RealAligner : public ToolOf<TEdcDrawAligner>
 {
 protected:
-    RealAligner()
-    {
-        doc.plan->manager.SetTool(&doc.plan->rectCreator);
-        tool.SetLayer(layer.get());
-    }
-    TEdcDrawAligner tool{EDC_TlALIGN, 21692, EDC_TlSELECT};
+    RealAligner() : ToolOf(EDC_TlALIGN, 21692, EDC_TlSELECT) {}
 };
 
 TEST_F(RealAligner, WithNoSelectionDoesNothingAndGoesBackToTheSelector)
@@ -372,22 +371,12 @@ TEST_F(Tools, TellInTheStatusLineWhatTheyAreFor)
     EXPECT_STREQ(GetResString(EDC_CmDELETE), "\nBefehl zur Beseitigung ausgew\xE4hlter Objekte");
 }
 
-class SeenStock : public TEdcDrawStockCreator
-{
-public:
-    using TEdcDrawStockCreator::leftState;
-    using TEdcDrawStockCreator::rightState;
-    using TEdcDrawStockCreator::TEdcDrawStockCreator;
-};
+using SeenStock = SeenTool<TEdcDrawStockCreator>;
 
-class Stock : public ToolCase
+class Stock : public ToolOf<SeenStock>
 {
 protected:
-    Stock()
-    {
-        doc.plan->manager.SetTool(&doc.plan->rectCreator);
-        tool.SetLayer(layer.get());
-    }
+    Stock() : ToolOf(EDC_TlSTOCK, 21693, 0) {}
     ~Stock() override { tool.Activate(false); }
     const ToolRect &Made(int i) const
     {
@@ -397,8 +386,6 @@ protected:
         return static_cast<ToolRect &>(*spr);
     }
     static void TypeCount(DialogBox &dialog, const char *count) { dialog.Type(COUNT, count); }
-
-    SeenStock tool{EDC_TlSTOCK, 21693, 0};
 };
 
 TEST_F(Stock, AsksForParametersWhenItIsChosenAndAtARightClick)
@@ -408,6 +395,8 @@ TEST_F(Stock, AsksForParametersWhenItIsChosenAndAtARightClick)
     Play(tool, "R+40,40 R-40,40");
     EXPECT_EQ(layer->queries, "21511 first 21511 again ");
     Play(tool, "R-40,40 L+5,5 M9,9 R+9,9 R-9,9 L-9,9"); // no right click
+    tool.RightDown(dc, 0, {40, 40});
+    tool.RightUp(dc, EDC_KEY_TAKEBACK, {40, 40});
     EXPECT_EQ(layer->queries, "21511 first 21511 again ");
     tool.Activate(false);
     EXPECT_EQ(layer->queries, "21511 first 21511 again ");

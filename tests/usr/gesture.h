@@ -4,6 +4,7 @@
 #ifndef TESTS_USR_GESTURE_H
 #define TESTS_USR_GESTURE_H
 
+#include "usr/edcsprit.h"
 #include "win/window.h"
 
 #include <cctype>
@@ -50,6 +51,27 @@ inline std::vector<GestureEvent> ParseGesture(const std::string &text, TPoint (*
         events.push_back(event);
     }
     return events;
+}
+
+inline void PlayEvent(TEdcMouseTool &tool, TDC &dc, const GestureEvent &event)
+{
+    switch (event.kind) {
+    case GestureEvent::LEFT_DOWN:
+        return tool.LeftDown(dc, event.keys, event.at);
+    case GestureEvent::LEFT_UP:
+        return tool.LeftUp(dc, event.keys, event.at);
+    case GestureEvent::LEFT_DOUBLE:
+        return tool.LeftDouble(dc, event.keys, event.at);
+    case GestureEvent::RIGHT_DOWN:
+        return tool.RightDown(dc, event.keys, event.at);
+    case GestureEvent::RIGHT_UP:
+        return tool.RightUp(dc, event.keys, event.at);
+    case GestureEvent::MOVE:
+        return tool.MouseMove(dc, event.keys, event.at);
+    case GestureEvent::LEAVE:
+    case GestureEvent::COME_BACK:
+        return tool.Outside(dc, event.kind == GestureEvent::LEAVE);
+    }
 }
 
 #endif

@@ -73,7 +73,11 @@ public:
     TEdcDrawRect *Clone() override
     {
         Meet("clone");
-        return xCode == XNULL ? new SeenRect(*this) : NULL;
+        if (xCode != XNULL)
+            return NULL;
+        auto *copy = new SeenRect(*this);
+        Meet("half clone"); // there it is, but its model failed
+        return copy;
     }
 
     PlanFault *fault = NULL; // view

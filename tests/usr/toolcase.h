@@ -5,21 +5,13 @@
 #define TESTS_USR_TOOLCASE_H
 
 #include "gesture.h"
-#include "lib/xfail.h"
-#include "support/plandoc.h"
-#include "support/programtables.h"
+#include "planwindow.h"
 #include "support/recorddc.h"
-#include "support/testapp.h"
-#include "usr/edcapp.h"
-#include "win/boxes.h"
 #include "win/dc.h"
-#include "win/frame.h"
-#include "win/testdialog.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <functional>
 #include <memory>
 #include <string>
 #include <utility>
@@ -95,29 +87,33 @@ public:
     ToolFault fault;
 };
 
-class ToolCase : public testing::Test
+/// A tool that writes down what it is asked to draw and to finish, and fails where a test wants it.
+template <class TOOL>
+class SeenTool : public TOOL
+{
+public:
+    using TOOL::leftState;
+    using TOOL::outside;
+    using TOOL::rightState;
+    using TOOL::TOOL;
+
+    std::string States() const
+    {
+        return std::to_string(leftState) + " " + std::to_string(rightState) + (outside ? " outside" : "");
+    }
+
+    std::string calls;
+    ToolFault fault;
+};
+
+class ToolCase : public PlanWindow
 {
 protected:
-    ToolCase() : frame("Planprobe", doc)
+    ToolCase()
     {
-        TestApplication().SetMainWindow(&frame);
-        SetAppDocument(&doc);
-        frame.Create();
-        testdoor::ResizeClient(doc, {900, 700});
-        doc.Start();
-        testdoor::Settle();
-        EdcForgetPlaces();
         FixAxes();
         layer =
             std::make_unique<ToolLayer>(PLAN_RECTS, uint16_t{EDC_LoACTIVABLE | EDC_LoVISIBLE}, &doc.plan->axes);
-    }
-    ~ToolCase() override
-    {
-        EXPECT_EQ(testdoor::UnexpectedBoxes(), 0);
-        EXPECT_EQ(testdoor::PendingScripts(), 0);
-        EXPECT_STREQ(xCode, XNULL);
-        doc.modified = false;
-        TestApplication().SetMainWindow(NULL);
     }
 
     /// A layout of the document fits them to the window.
@@ -137,29 +133,7 @@ protected:
     {
         FixAxes();
         for (const GestureEvent &event : ParseGesture(events, NULL))
-            switch (event.kind) {
-            case GestureEvent::LEFT_DOWN:
-                tool.LeftDown(dc, event.keys, event.at);
-                break;
-            case GestureEvent::LEFT_UP:
-                tool.LeftUp(dc, event.keys, event.at);
-                break;
-            case GestureEvent::LEFT_DOUBLE:
-                tool.LeftDouble(dc, event.keys, event.at);
-                break;
-            case GestureEvent::RIGHT_DOWN:
-                tool.RightDown(dc, event.keys, event.at);
-                break;
-            case GestureEvent::RIGHT_UP:
-                tool.RightUp(dc, event.keys, event.at);
-                break;
-            case GestureEvent::MOVE:
-                tool.MouseMove(dc, event.keys, event.at);
-                break;
-            default:
-                tool.Outside(dc, event.kind == GestureEvent::LEAVE);
-                break;
-            }
+            PlayEvent(tool, dc, event);
     }
     /// From a press to a release, both in metres.
     void Draw(TEdcMouseTool &tool, double x1, double y1, double x2, double y2, unsigned keys = 0)
@@ -174,16 +148,6 @@ protected:
         FixAxes();
         tool.LeftDown(dc, 0, Px(x, y));
         tool.LeftUp(dc, 0, Px(x, y));
-    }
-    /// The next modal dialog is filled in and answered.
-    static void Fill(std::function<void(testdoor::DialogBox &)> work, int answer = WIN_ID_OK)
-    {
-        testdoor::Script([=](testdoor::ModalBox &box) {
-            EXPECT_EQ(box.Kind(), "dialog");
-            testdoor::DialogBox dialog(box);
-            work(dialog);
-            box.Answer(answer);
-        });
     }
     static void ExpectNoParameters()
     {
@@ -202,12 +166,13 @@ protected:
         layer->SetFocus(spr, NULL);
         return spr;
     }
+    void LeaveSelector() { doc.plan->manager.SetTool(&doc.plan->rectCreator); }
     /// Whether the tool has given the command that leads to the selector.
     bool TookSelector()
     {
         testdoor::Settle();
         bool took = doc.plan->manager.Tool() == &doc.plan->selector;
-        doc.plan->manager.SetTool(&doc.plan->rectCreator);
+        LeaveSelector();
         testdoor::Settle();
         return took;
     }
@@ -220,11 +185,21 @@ protected:
     std::string TakeCalls() { return std::exchange(dc.calls, std::string()); }
     static XCODE TakeFailure() { return std::exchange(xCode, XNULL); }
 
-    ProgramTables tables;
-    TPlanDoc doc;
-    TDecoratedFrame frame;
     std::unique_ptr<ToolLayer> layer;
     TRecordDC dc;
+};
+
+/// With one tool on that layer.
+template <class TOOL>
+class ToolOf : public ToolCase
+{
+protected:
+    ToolOf(int id, int cursorId, int nextCommand) : tool(id, cursorId, nextCommand)
+    {
+        LeaveSelector();
+        tool.SetLayer(layer.get());
+    }
+    TOOL tool;
 };
 
 /// Of the pixels of a surface, row by row.
