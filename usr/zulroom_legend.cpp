@@ -59,13 +59,13 @@ void TZulLegend::Layout(TDC &dc, TRect &rect, int mode)
         topLeft = bottomRight = rect.TopLeft();
         if (count > 0) {
             MEASURES measures(dc, font, fontSize);
-            TRect room = {rect.left, rect.top, std::max(rect.left + 1, rect.right), rect.top};
+            TRect room = {rect.left, rect.top, std::max(rect.left + 1, rect.right), rect.top}; // no bottom
             TRect head = room;
-            titleText.SetText(title);
+            titleText.SetText(title[0] != EOS ? title : NULL);
             titleText.SetFormat(EDC_TfBOLD);
             LayoutText(dc, titleText, head, EDC_HLEFT); __test;
             bottomRight = head.BottomRight();
-            room.top = head.bottom + measures.rowGap;
+            room.top = head.bottom + (title[0] != EOS ? measures.rowGap : 0);
             if (mode == ROW) {
                 LayoutRow(dc, room, measures); __test;
             } else {
@@ -99,7 +99,8 @@ void TZulLegend::LayoutRow(TDC &dc, const TRect &rect, const MEASURES &measures)
             TZulLegendBox &box = boxes[i];
             int left = rect.left + i * (cell + measures.gap);
             box.box = {left, rect.top, left + cell, rect.top + measures.line};
-            TRect label = {left, box.box.bottom + measures.rowGap, left + cell, rect.bottom};
+            int top = box.box.bottom + measures.rowGap;
+            TRect label = {left, top, left + cell, top};
             box.label.SetFormat(EDC_TfRIGHT);
             LayoutText(dc, box.label, label, EDC_HRIGHT); __test;
             bottom = std::max(bottom, label.bottom);
