@@ -40,20 +40,20 @@ void TColorScale::SetFont(const char *name, int size)
 /// At blanks, so that no piece is wider than `width` px; a longer word is a piece of its own.
 void TColorScale::Break(TDC &dc, LINE &line, int width)
 {
+    const char *text = line.text;
+    auto skip = [text](int at) { return at + static_cast<int>(std::strspn(text + at, " ")); };
+    auto wordEnd = [text](int at) { return at + static_cast<int>(std::strcspn(text + at, " ")); };
     line.pieces.clear();
-    int start = 0;
-    while (line.text[start] != EOS) {
-        int length = 0; // that is known to fit, or is one word
-        for (int end = start; length == 0 || line.text[end] == ' ';) {
-            end += line.text[end] == ' ';
-            end += static_cast<int>(std::strcspn(line.text + end, " "));
-            if (length > 0 && dc.TextWidth(line.text + start, end - start) > width)
-                break;
-            length = end - start;
+    int start = skip(0);
+    int end = wordEnd(start);
+    while (text[start] != EOS) {
+        int word = skip(end);
+        int next = wordEnd(word);
+        if (text[word] == EOS || dc.TextWidth(text + start, next - start) > width) {
+            line.pieces.push_back({start, end - start});
+            start = word;
         }
-        line.pieces.push_back({start, length});
-        start += length;
-        start += line.text[start] == ' ';
+        end = next;
     }
 }
 
