@@ -63,6 +63,7 @@ enum { ID_WORK_CLASS = 100, ID_POSITION = 101, ID_CONDITIONS = 102 };
 const double MOST = std::numeric_limits<double>::max(); // as good as no bound
 const double LEAST_SIDE = 1;                            // m, of a hall
 const double REGULATION_MAX = 1.1;
+const double KILOWATTS_MAX = MOST / 1000; // stays finite in W; a file with an infinite gain could not be read
 enum { YEAR_DAYS = 365, WEEK_DAYS = 7, DAY_HOURS = 24, WORK_CLASS_MAX = 5 };
 
 /// A number that must be there.
@@ -202,7 +203,7 @@ TZulEnergyDialog::TZulEnergyDialog(TZulEnergyData &data)
     AddReal(this, ID_REGULATION, 0, REGULATION_MAX);
     priceLabel = new TEdcStatic(this, ID_PRICE_LABEL);
     AddReal(this, ID_PRICE, 0);
-    AddReal(this, ID_TECH_GAIN, 0);
+    AddReal(this, ID_TECH_GAIN, 0, KILOWATTS_MAX);
 }
 
 void TZulEnergyDialog::Changed(HWND control)
