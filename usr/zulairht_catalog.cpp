@@ -64,9 +64,12 @@ void TZulAirHeaterTypeItem::Write(CdeFILE &file)
 
 TZulAirHeaterTypeDialog::TZulAirHeaterTypeDialog() : TEdcDialog(DIALOG_UNIT)
 {
-    new TEdcEdit(this, ID_TYPE, SHORTSTRMAX, new TEdcValueValidator(false));
-    for (int id : {ID_OUTPUT, ID_TEMPRISE, ID_AIRFLOW, ID_LENGTH, ID_WIDTH, ID_HEIGHT})
-        new TEdcEdit(this, id, SHORTSTRMAX, new TEdcFloatValidator(0, NO_LIMIT, false, NULL));
+    auto *type = new TEdcEdit(this, ID_TYPE);
+    type->SetValidator(new TEdcValueValidator(false));
+    for (int id : {ID_OUTPUT, ID_TEMPRISE, ID_AIRFLOW, ID_LENGTH, ID_WIDTH, ID_HEIGHT}) {
+        auto *number = new TEdcEdit(this, id);
+        number->SetValidator(new TEdcFloatValidator(0, NO_LIMIT, false, NULL));
+    }
 }
 
 TZulAirHeaterTypeCatalog::TZulAirHeaterTypeCatalog(TWindow *aParent)

@@ -40,8 +40,10 @@ void TZulHoleTypeItem::Write(CdeFILE &file)
 
 TZulHoleTypeDialog::TZulHoleTypeDialog() : TEdcDialog(DIALOG_ELEMENT)
 {
-    new TEdcEdit(this, ID_NAME, SHORTSTRMAX, new TEdcValueValidator(false));
-    new TEdcEdit(this, ID_TRANSMISSION, SHORTSTRMAX, new TEdcFloatValidator(0, NO_LIMIT, false, NULL));
+    auto *name = new TEdcEdit(this, ID_NAME);
+    name->SetValidator(new TEdcValueValidator(false));
+    auto *transmission = new TEdcEdit(this, ID_TRANSMISSION);
+    transmission->SetValidator(new TEdcFloatValidator(0, NO_LIMIT, false, NULL));
 }
 
 TZulHoleTypeCatalog::TZulHoleTypeCatalog(TWindow *aParent)
