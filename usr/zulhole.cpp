@@ -61,14 +61,14 @@ void TZulHoleLayer::Layout(TDC &dc)
 
 bool TZulHoleLayer::IsCreator(int tool) const
 {
-    return tool == ZUL_STOCKCREATOR || tool == ZUL_RECTCREATOR;
+    return tool == EDC_TlSTOCK || tool == EDC_TlRECT;
 }
 
 /// From stock an opening has the size that was stated; whoever places it moves it to where it belongs.
 void TZulHoleLayer::Adapt(TEdcDrawCreation &creation) const
 {
     __enter
-        if (creation.type == ZUL_STOCKCREATOR) {
+        if (creation.type == EDC_TlSTOCK) {
             creation.flags = TEdcDrawRect::SOLID;
             creation.points.Clear(); __test;
             creation.points.Insert(AgPOINT(0, 0, 0)); __test;
@@ -83,9 +83,9 @@ bool TZulHoleLayer::Ask(TZulHoleData &data, int tool)
 {
     bool confirmed = false;
     __enter
-        TZulHoleDialog dialog(data, tool == 0                  ? TZulHoleDialog::EDITING
-                                    : tool == ZUL_STOCKCREATOR ? TZulHoleDialog::STOCK
-                                                               : TZulHoleDialog::DRAWN);
+        TZulHoleDialog dialog(data, tool == 0             ? TZulHoleDialog::EDITING
+                                    : tool == EDC_TlSTOCK ? TZulHoleDialog::STOCK
+                                                          : TZulHoleDialog::DRAWN);
         confirmed = dialog.Execute() == WIN_ID_OK; __test;
     __point
         confirmed = false;

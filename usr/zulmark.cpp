@@ -14,6 +14,13 @@
 
 namespace
 {
+/// A layer may be set up before there is a document.
+void RaiseLayout()
+{
+    if (HasAppDocument())
+        AppDocument()->Obsolete(EDC_LAYOUT);
+}
+
 int Digits(int count)
 {
     int digits = 1;
@@ -45,7 +52,7 @@ void TZulMarkedLayer::SetFont(const char *name, int size)
     ASSERT(name != NULL && size >= 0);
     fontName = name;
     fontSize = std::max(1, size);
-    AppDocument()->Obsolete(EDC_LAYOUT);
+    RaiseLayout();
 }
 
 void TZulMarkedLayer::SetMinSizes(TSize thin, TSize thick)
@@ -54,7 +61,7 @@ void TZulMarkedLayer::SetMinSizes(TSize thin, TSize thick)
     minThinY = std::max(1, std::min(thin.cy, thick.cy - 2));
     minThick = std::max(minThin + 2, thick.cx);
     minThickY = std::max(minThinY + 2, thick.cy);
-    AppDocument()->Obsolete(EDC_LAYOUT);
+    RaiseLayout();
 }
 
 TFont TZulMarkedLayer::Font() const
@@ -80,6 +87,16 @@ void TZulMarkedLayer::MakeRoundMarker(TDC &dc, int count)
     double radius = std::sqrt(x * x + y * y);
     markerX = EdcNearest(radius * dc.DpiX());
     markerY = EdcNearest(radius * dc.DpiY()) - 1;
+}
+
+void ZulSizeMarks(TZulMarkedLayer &layer, const TDC &dc, double scale)
+{
+    auto pixels = [&dc, scale](double points) {
+        return TSize{EdcInchToPixel(points / 72, scale, dc.DpiX()),
+                     EdcInchToPixel(points / 72, scale, dc.DpiY())};
+    };
+    layer.SetFont("Arial", pixels(8).cy);
+    layer.SetMinSizes(pixels(1), pixels(3));
 }
 
 bool ZulInEllipse(TPoint point, TPoint centre, int a, int b)

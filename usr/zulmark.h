@@ -9,8 +9,6 @@
 enum { ZUL_EMITTER = 2003, ZUL_AIRHEATER = 2503, ZUL_HOLE = 3003, ZUL_ZONE = 5003 };
 /// Layers.
 enum { ZUL_EMITTERS = 2001, ZUL_AIRHEATERS = 2501, ZUL_HOLES = 3001, ZUL_ZONES = 5001 };
-/// Tools of the plans.
-enum { ZUL_SELECTOR = 21011, ZUL_ALIGNER = 21503, ZUL_STOCKCREATOR = 21511, ZUL_RECTCREATOR = 21515 };
 
 /// The number of a thing on its plan.
 class TZulLabel
@@ -47,6 +45,9 @@ protected:
     const char *fontName = "Arial"; // view
     int32_t fontSize = 1;           // px
 };
+
+/// Font and sizes of a layer's marks on the device at the view's scale: 8 pt, lines of 1 and 3 pt at least.
+void ZulSizeMarks(TZulMarkedLayer &layer, const TDC &dc, double scale);
 
 /// a^2 (x - cx)^2 + b^2 (y - cy)^2 <= a^2 b^2 for the half sizes a and b.
 bool ZulInEllipse(TPoint point, TPoint centre, int a, int b);

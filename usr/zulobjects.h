@@ -28,7 +28,7 @@ public:
 
 protected:
     /// Whether a tool makes objects of this kind. Base: the one that places from stock.
-    virtual bool IsCreator(int tool) const { return tool == ZUL_STOCKCREATOR; }
+    virtual bool IsCreator(int tool) const { return tool == EDC_TlSTOCK; }
     /// The creation record as the sprite wants it. Base: as it is.
     virtual void Adapt(TEdcDrawCreation &) const {}
     /// Shows the dialog on the record: for what `tool` will make, or with 0 for the selection. @return OK

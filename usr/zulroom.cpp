@@ -26,6 +26,12 @@ double KeyWidth(const AgPOINT &hall)
     return std::max(0.0, std::min(KEY_WIDTH_MOST, 1.5 / hall.y * hall.x)) * INCH_PER_CM;
 }
 
+EmROOM *Needed(EmROOM *room)
+{
+    ASSERT(room != NULL);
+    return room;
+}
+
 /// What the plan must show: the hall, and what stands or hangs beyond it.
 EmBOX PlanBounds(const EmROOM &room)
 {
@@ -38,10 +44,31 @@ EmBOX PlanBounds(const EmROOM &room)
 bool (*TZulRoomBlock::askParams)(TZulUpdateData &params) = NULL;
 
 TZulRoomBlock::TZulRoomBlock(EmROOM *aRoom, TZulMapInfo *anInfo, TZulRoomPalette *aPalette, const char *aTitle)
-    : sprites(this), room(aRoom), palette(aPalette), info(anInfo), head(aTitle)
+    : room(Needed(aRoom)), emittLayer(room->Emitters(), &axes), airhtLayer(room->AirHeaters(), &axes),
+      holeLayer(room->Surfaces()->Floor()->Holes(), &axes), zoneLayer(room->Zones(), &axes), sprites(this),
+      palette(aPalette), info(anInfo), head(aTitle)
 {
     ASSERT_AS(anInfo != NULL && aPalette != NULL, "info != NULL && palette != NULL");
     ZulSetUpAxes(axes);
+    AddLayers();
+}
+
+/// Openings are placed and drawn, the others only either.
+void TZulRoomBlock::AddLayers()
+{
+    airhtLayer.SetOptions(airhtLayer.Options() & static_cast<uint16_t>(~EDC_LoACTIVABLE));
+    TEdcSpriteLayer *const layers[] = {&emittLayer, &airhtLayer, &zoneLayer, &holeLayer};
+    for (TEdcSpriteLayer *ly : layers)
+        sprites.AddLayer(ly);
+    tools.Join(sprites);
+    for (TEdcSpriteLayer *ly : layers) {
+        sprites.Permit(ly, &tools.selector);
+        sprites.Permit(ly, &tools.aligner);
+        if (ly != &zoneLayer)
+            sprites.Permit(ly, &tools.stockCreator);
+        if (ly == &zoneLayer || ly == &holeLayer)
+            sprites.Permit(ly, &tools.rectCreator);
+    }
 }
 
 TZulRoomBlock::~TZulRoomBlock() = default;
@@ -51,7 +78,7 @@ void TZulRoomBlock::Update(bool partial)
     __enter
         sprites.Reload(NULL); __test;
         valid = false;
-        bool runs = !partial && room != NULL && AsksForRun(); __test;
+        bool runs = !partial && AsksForRun(); __test;
         if (runs) {
             Evaluate(); __test;
             valid = true;
@@ -138,7 +165,6 @@ int TZulRoomBlock::LayoutFoot(TDC &dc, const TRect &foot, double viewScale)
 void TZulRoomBlock::Layout(TDC &dc, TEdcSize &trueSize, double viewScale)
 {
     __enter
-        ASSERT(room != NULL);
         TSize space = trueSize.ToPixels(dc, viewScale);
         int gap = ZulFontPixels(dc, TEXT_POINTS, viewScale) / 2;
         int top = head.Layout(dc, space.cx, viewScale); __test;
@@ -152,6 +178,10 @@ void TZulRoomBlock::Layout(TDC &dc, TEdcSize &trueSize, double viewScale)
             TPoint high = axes.ToDevice(room->Box().max);
             picture->SetRect({low.x, high.y, high.x, low.y});
         }
+        ZulSizeMarks(emittLayer, dc, viewScale);
+        ZulSizeMarks(airhtLayer, dc, viewScale);
+        ZulSizeMarks(holeLayer, dc, viewScale);
+        ZulSizePerson(zoneLayer, dc, viewScale);
         sprites.Layout(dc); __test;
         trueSize.FromPixels(dc, {space.cx, footTop + foot}, viewScale);
     __point

@@ -8,8 +8,13 @@
 #include "usr/edcbase1.h"
 #include "usr/edcitem.h"
 #include "usr/edcsprit.h"
+#include "usr/zulairht.h"
 #include "usr/zuldlg.h"
+#include "usr/zulemitt.h"
+#include "usr/zulhole.h"
 #include "usr/zulhygmaps.h"
+#include "usr/zultools.h"
+#include "usr/zulzone.h"
 
 #include <memory>
 #include <vector>
@@ -188,6 +193,8 @@ public:
     const ZulPassMap &Map() const { return map; }
     const TEdcPicture *Picture() const { return picture.get(); } // NULL without a map
     const TColorScale *Scale() const { return scale.get(); }
+    TEdcSpriteManager &Sprites() { return sprites; } // for tests and whoever drives the plan
+    TEdcAxes &Axes() { return axes; }
     TZulUpdateData params;
 
     /// Asks for the parameters of a run, true where it is to be made. NULL: the dialog asks; a program without
@@ -202,9 +209,16 @@ private:
     int LayoutFoot(TDC &dc, const TRect &foot, double viewScale);
     void PaintPlan(TDC &dc, const TRect &part);
 
-    TEdcAxes axes;
-    TEdcSpriteManager sprites;
+    void AddLayers();
+
     EmROOM *room; // view
+    TEdcAxes axes;
+    TZulPlanTools tools;
+    TZulEmitterLayer emittLayer;
+    TZulAirHeaterLayer airhtLayer; // shown and printed, never the active one
+    TZulHoleLayer holeLayer;       // of the floor
+    TZulZoneLayer zoneLayer;
+    TEdcSpriteManager sprites;
     bool valid = false;
     ZulPassMap map; // what the last run left
     std::unique_ptr<TEdcPicture> picture;
@@ -230,11 +244,15 @@ public:
     void EnableCommand(TCommandEnabler &ce) override;
     virtual EmSURFACE *Surface() const { return surface; }
     TZulRoomBlock *RoomBlock() const { return roomBlk; }
+    TEdcSpriteManager &Sprites() { return sprites; }
+    TEdcAxes &Axes() { return axes; }
 
 private:
     void PaintPlan(TDC &dc, const TRect &part);
 
     TEdcAxes axes;
+    TZulPlanTools tools;
+    TZulHoleLayer holeLayer;
     TEdcSpriteManager sprites;
     TZulRoomBlock *roomBlk; // view
     EmSURFACE *surface;     // view
@@ -246,7 +264,7 @@ private:
 class TZulMapPlan
 {
 public:
-    TZulMapPlan(TEdcBlock *blk, const EmROOM &room);
+    TZulMapPlan(TEdcBlock *blk, EmROOM &room);
     /// Head and plan in the upper left corner of `space` px. @return how far down they reach, px
     int Layout(TDC &dc, TSize space, double scale);
     void PaintBelow(TDC &dc) const;              // head and picture, below the legends
@@ -255,6 +273,7 @@ public:
 
     TZulPlanHead head;
     TEdcAxes axes;
+    TZulZoneLayer zoneLayer;
     TEdcSpriteManager sprites;
     std::unique_ptr<TEdcPicture> picture; // NULL without an evaluation
 

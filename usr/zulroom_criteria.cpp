@@ -12,7 +12,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <utility>
 
 #include "lib/xon.h"
 
@@ -68,6 +67,7 @@ void TZulCriterionMap::SetBand(double aMin, double aMax, double aTol, const char
 void TZulCriterionMap::Update(bool)
 {
     __enter
+        plan.sprites.Reload(NULL); __test; // the zones show whether there is a map or not
         if (summary->RoomBlock()->IsValid()) {
             StatusMessage("%s", ResText(TEXT_STATUS));
             plan.picture.reset();
@@ -211,15 +211,16 @@ void TZulCriterionMap::Paint(TDC &dc, const TRect &part)
 
 void TZulCriterionMap::Print(TDC &dc, const TRect &part)
 {
-    std::unique_ptr<TEdcPicture> picture = std::move(plan.picture);
+    std::unique_ptr<TEdcPicture> printed;
+    printed.swap(plan.picture);
     __enter
-        if (picture != NULL)
-            picture->Print(dc);
+        if (printed != NULL)
+            printed->Print(dc);
         PaintMap(dc, part); __test;
         plan.sprites.PaintPlain(dc, part); __test;
     __point
     __treat
-    plan.picture = std::move(picture);
+    printed.swap(plan.picture);
 }
 
 TZulHeadTempMap::TZulHeadTempMap(TZulSummaryMap *aSummary) : TZulCriterionMap(aSummary)

@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <utility>
 
 #include "lib/xon.h"
 
@@ -25,11 +24,12 @@ const char fontName[] = "Arial";
 enum { FONT_POINTS = 10 };
 } // namespace
 
-TZulMapPlan::TZulMapPlan(TEdcBlock *blk, const EmROOM &room)
-    : head(""), sprites(blk), min(room.Box().min), max(room.Box().max)
+TZulMapPlan::TZulMapPlan(TEdcBlock *blk, EmROOM &room)
+    : head(""), zoneLayer(room.Zones(), &axes), sprites(blk), min(room.Box().min), max(room.Box().max)
 {
     ZulSetUpAxes(axes);
     ZulSetRange(axes, room.Box());
+    sprites.AddLayer(&zoneLayer);
 }
 
 int TZulMapPlan::Layout(TDC &dc, TSize space, double scale)
@@ -40,6 +40,7 @@ int TZulMapPlan::Layout(TDC &dc, TSize space, double scale)
         axes.Layout(dc, {0, top, space.cx, std::max(top, space.cy)}, scale, true); __test;
         if (picture != NULL)
             picture->SetRect(HallRect());
+        ZulSizePerson(zoneLayer, dc, scale);
         sprites.Layout(dc); __test;
         bottom = std::max(top, axes.outer.bottom);
     __point
@@ -81,6 +82,7 @@ TZulSummaryMap::TZulSummaryMap(TZulRoomBlock *aRoomBlk) : roomBlk(aRoomBlk), pla
 void TZulSummaryMap::Update(bool)
 {
     __enter
+        plan.sprites.Reload(NULL); __test; // the zones show whether there is a map or not
         if (roomBlk->IsValid()) {
             isJudged = false;
             plan.picture.reset();
@@ -192,13 +194,14 @@ void TZulSummaryMap::Paint(TDC &dc, const TRect &part)
 
 void TZulSummaryMap::Print(TDC &dc, const TRect &part)
 {
-    std::unique_ptr<TEdcPicture> picture = std::move(plan.picture);
+    std::unique_ptr<TEdcPicture> printed;
+    printed.swap(plan.picture);
     __enter
-        if (picture != NULL)
-            picture->Print(dc);
+        if (printed != NULL)
+            printed->Print(dc);
         PaintMap(dc, part); __test;
         plan.sprites.PaintPlain(dc, part); __test;
     __point
     __treat
-    plan.picture = std::move(picture);
+    printed.swap(plan.picture);
 }

@@ -6,11 +6,23 @@
 
 #include "lib/xon.h"
 
-TZulWallBlock::TZulWallBlock(TZulRoomBlock *rm, EmSURFACE *surf, const char *aTitle)
-    : sprites(this), roomBlk(rm), surface(surf), head(aTitle)
+namespace
+{
+EmHOLESET *HolesOf(const TZulRoomBlock *rm, EmSURFACE *surf)
 {
     ASSERT(rm != NULL && surf != NULL);
+    return surf->Holes();
+}
+} // namespace
+
+TZulWallBlock::TZulWallBlock(TZulRoomBlock *rm, EmSURFACE *surf, const char *aTitle)
+    : holeLayer(HolesOf(rm, surf), &axes), sprites(this), roomBlk(rm), surface(surf), head(aTitle)
+{
     ZulSetUpAxes(axes);
+    sprites.AddLayer(&holeLayer);
+    tools.Join(sprites);
+    for (TEdcSpriteTool *each : tools.All())
+        sprites.Permit(&holeLayer, each);
 }
 
 void TZulWallBlock::Update(bool)
@@ -25,6 +37,7 @@ void TZulWallBlock::Layout(TDC &dc, TEdcSize &trueSize, double scale)
         int top = head.Layout(dc, space.cx, scale); __test;
         ZulSetRange(axes, Surface()->Bounds());
         axes.Layout(dc, {0, top, space.cx, space.cy}, scale, true); __test;
+        ZulSizeMarks(holeLayer, dc, scale);
         sprites.Layout(dc); __test;
         trueSize.FromPixels(dc, {space.cx, axes.outer.bottom}, scale);
     __point

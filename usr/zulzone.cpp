@@ -48,6 +48,11 @@ void TZulZoneLayer::SetPerson(int size)
     person = std::max(0, size);
 }
 
+void ZulSizePerson(TZulZoneLayer &layer, const TDC &dc, double scale)
+{
+    layer.SetPerson(EdcInchToPixel(0.25, scale, dc.DpiY()));
+}
+
 void TZulZoneLayer::Layout(TDC &dc)
 {
     int gap = std::max(person / 24, 1);
@@ -78,14 +83,14 @@ void TZulZoneLayer::Reload(void *)
 
 void *TZulZoneLayer::QueryCreation(int tool, bool)
 {
-    return tool == ZUL_RECTCREATOR ? zoneSet : NULL;
+    return tool == EDC_TlRECT ? zoneSet : NULL;
 }
 
 TEdcDrawSprite *TZulZoneLayer::CreateSprite(const TEdcDrawCreation &creation)
 {
     TEdcDrawSprite *spr = NULL;
     __enter
-        bool can = creation.type == ZUL_RECTCREATOR && CanCreate(creation); __test;
+        bool can = creation.type == EDC_TlRECT && CanCreate(creation); __test;
         if (can) {
             TEdcDrawCreation zone = creation;
             zone.flags |= TEdcDrawRect::FRAMEONLY;

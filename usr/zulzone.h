@@ -28,6 +28,9 @@ private:
     double pixelRatio = 1;
 };
 
+/// A quarter of an inch at the view's scale.
+void ZulSizePerson(TZulZoneLayer &layer, const TDC &dc, double scale);
+
 class TZulZoneSprite : public TEdcDrawRect
 {
 public:
