@@ -12,15 +12,6 @@
 
 namespace
 {
-/// Runs while memory may be exhausted, so its buffer stands ready.
-void MessageToTerminal(const char *text, bool)
-{
-    static char shown[4 * 512]; // a message has at most 511 characters, each of at most three bytes
-    TextToUtf8(shown, text, sizeof shown);
-    ConsoleDisarm(shown);
-    std::fprintf(stderr, "%s\n", shown);
-}
-
 /// A file opened later must not take the number of a standard stream: what is meant for the terminal would go
 /// into it. A stream opened here for reading only refuses whatever is written.
 void OpenStandardStreams()
@@ -47,12 +38,21 @@ void DropLastSlashes(char *name)
 }
 } // namespace
 
+/// Runs while memory may be exhausted, so its buffer stands ready.
+void ConsoleMessage(const char *text, bool)
+{
+    static char shown[4 * 512]; // a message has at most 511 characters, each of at most three bytes
+    TextToUtf8(shown, text, sizeof shown);
+    ConsoleDisarm(shown);
+    std::fprintf(stderr, "%s\n", shown);
+}
+
 void ConsoleStart()
 {
     OpenStandardStreams();
     std::signal(SIGPIPE, SIG_IGN);
     EdcUseResources();
-    SetMessageSink(MessageToTerminal);
+    SetMessageSink(ConsoleMessage);
     SetFailureHook(EdcFailureHook);
 }
 

@@ -14,6 +14,9 @@
 /// process.
 void ConsoleStart();
 
+/// A line on standard error, for a text of the system's.
+void ConsoleMessage(const char *text, bool error);
+
 /// A path from the command line as a name of the system. One that would not come back as it was given
 /// (characters outside the set, more of them than fit, blanks or dots that names do not keep) raises `code`,
 /// which is XFOPEN for what is to be read and XFCREATE for what is to be written.

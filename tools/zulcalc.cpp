@@ -3,6 +3,7 @@
 #include "lib/platform.h"
 #include "lib/xassert.h"
 #include "tools/console.h"
+#include "tools/passoptions.h"
 #include "tools/zulcalc_evaluation.h"
 #include "tools/zulcalc_json.h"
 #include "tools/zulcalc_options.h"
@@ -33,20 +34,6 @@ private:
     double &seconds;
     std::chrono::steady_clock::time_point begin;
 };
-
-void ChooseModelFolder(const std::string &path)
-{
-    __enter
-        if (path.empty()) {
-            FindProgramPath(); __test;
-        } else {
-            CdeFILENAME folder;
-            ConsoleName(folder, path.c_str(), XFOPEN); __test;
-            SetModelFolder(folder); __test;
-        }
-    __point
-    __treat
-}
 
 void LoadHall(const std::string &path, ZulcalcEvaluation &evaluation)
 {

@@ -11,9 +11,12 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <utility>
 
 namespace
 {
+BoxSink boxSink = NULL;
+
 QString Shown(const std::string &text)
 {
     return QString::fromStdString(ToUtf8(text.c_str()));
@@ -120,11 +123,20 @@ TNativeWidget *ModalParent(TWindow *owner)
     return reinterpret_cast<TNativeWidget *>(reinterpret_cast<QWidget *>(owner->Native())->window());
 }
 
+BoxSink SetBoxSink(BoxSink sink)
+{
+    return std::exchange(boxSink, sink);
+}
+
 TBoxAnswer MessageBox(TWindow *owner, const char *text, const char *caption, TBoxButtons buttons, TBoxIcon icon,
                       int defaultButton)
 {
     std::vector<int> ids = ButtonsOf(buttons);
     auto escape = static_cast<TBoxAnswer>(ids.back());
+    if (boxSink) {
+        boxSink(text, icon == WIN_ICON_STOP);
+        return escape;
+    }
     if (!qApp) { // before the windows are there, or behind their end
         std::fprintf(stderr, "%s: %s\n", ToUtf8(caption).c_str(), ToUtf8(text).c_str());
         return escape;

@@ -15,6 +15,11 @@ enum TBoxAnswer { WIN_ID_OK = 1, WIN_ID_CANCEL = 2, WIN_ID_RETRY = 4, WIN_ID_YES
 TBoxAnswer MessageBox(TWindow *owner, const char *text, const char *caption, TBoxButtons buttons, TBoxIcon icon,
                       int defaultButton = 0);
 
+/// Gets the texts of message boxes in the place of a person, for programs without a window; each box is
+/// answered as Esc answers it. NULL: boxes again. @return the former one
+using BoxSink = void (*)(const char *text, bool error);
+BoxSink SetBoxSink(BoxSink sink);
+
 struct TFileDialogData {
     std::string filter;    // the file type as the user reads it
     std::string extension; // default extension without its point; the pattern is "*." and this

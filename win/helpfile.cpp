@@ -245,12 +245,10 @@ std::string Complaint(std::string_view bytes, const WRONG &wrong)
     return "Zeile " + std::to_string(1 + std::count(before.begin(), before.end(), '\n')) + ": " + wrong.text;
 }
 
-void RaiseOpen(const char *name, int error)
+void RaiseOpen(const char *name)
 {
     __enter
-        StrCopy(error == ENOENT || error == ENOTDIR ? xFFoundName : xFOpenName, name, X_NAME);
-        if (error == ENOENT || error == ENOTDIR)
-            __raise(XFFOUND);
+        StrCopy(xFOpenName, name, X_NAME);
         __raise(XFOPEN);
     __point
     __treat
@@ -289,13 +287,13 @@ void ReadHelpBytes(const char *name, std::string &bytes)
         char path[NATIVE_MAX];
         bytes.clear();
         if (!NameToNative(path, name, sizeof path)) {
-            RaiseOpen(name, ENAMETOOLONG); __test;
+            RaiseOpen(name); __test;
         }
         do
             fd = disk->open(path, O_RDONLY | O_NONBLOCK | O_NOCTTY, 0);
         while (fd < 0 && errno == EINTR);
         if (fd < 0) {
-            RaiseOpen(name, errno); __test;
+            RaiseOpen(name); __test;
         }
         if (!ReadFrom(fd, bytes) || bytes.size() > FILE_MAX) {
             RaiseRead(name); __test;

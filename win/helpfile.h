@@ -26,7 +26,7 @@ struct THelpPage {
 class THelpFile
 {
 public:
-    /// Reads a file: XFFOUND, XFOPEN, or XFREAD for one that is damaged. What was read before stays then.
+    /// Reads a file: XFOPEN, or XFREAD for one that is damaged. What was read before stays then.
     void Read(const char *name);
     /// Takes the bytes of a file. @return "" or what is wrong and in which line, in UTF-8; then nothing
     /// changed. Throws std::bad_alloc.
@@ -41,7 +41,7 @@ private:
     std::vector<THelpPage> pages;
 };
 
-/// The bytes of a file for it: XFFOUND, XFOPEN, XFREAD.
+/// The bytes of a file for it: XFOPEN, XFREAD.
 void ReadHelpBytes(const char *name, std::string &bytes);
 
 #endif

@@ -33,6 +33,7 @@ namespace
 constexpr double TEXT_POINTS = 11;                      // at 100 %
 enum { ZOOM_MIN = 50, ZOOM_MAX = 300, ZOOM_STEP = 10 }; // percent
 constexpr double NOTCH = 120;                           // the toolkit's units of one wheel notch
+enum { ROW_GAP = 6 };                                   // px of the toolkit between two lines of the contents
 enum { CONTEXT_ROLE = Qt::UserRole };
 
 QString Shown(const std::string &utf8)
@@ -283,6 +284,7 @@ void THelpWindow::ShowContents()
         auto *item = isBelow ? new QTreeWidgetItem(chapter) : new QTreeWidgetItem(view->contents);
         item->setText(0, Shown(page.title));
         item->setData(0, CONTEXT_ROLE, page.context);
+        item->setSizeHint(0, QSize(0, view->contents->fontMetrics().height() + ROW_GAP));
         if (!isBelow)
             chapter = item;
     }

@@ -13,7 +13,7 @@ public:
     explicit THelpWindow(TWindow *aParent = NULL);
     ~THelpWindow() override;
 
-    /// Reads a help file and shows its first page: XFFOUND, XFOPEN, XFREAD; then it goes on with what it had.
+    /// Reads a help file and shows its first page: XFOPEN, XFREAD; then it goes on with what it had.
     void OpenFile(const char *name);
     void Create() override;
 
