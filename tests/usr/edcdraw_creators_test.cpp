@@ -1,7 +1,12 @@
 // The creators of lines and rectangles, event by event, with their geometry against plain arithmetic.
+#include "support/chance.h"
 #include "toolcase.h"
 
+#include <algorithm>
+#include <climits>
 #include <cmath>
+#include <set>
+#include <sstream>
 
 namespace
 {
@@ -348,6 +353,93 @@ TEST_F(Creators, LeaveNoTraceOfTheirShapes)
                 tool->RightDown(surface, 0, to);
                 EXPECT_EQ(PixelsOf(surface, size), before);
             }
+}
+
+/// What a creator of rectangles has to do, in steps of the grid.
+struct PlainCreator {
+    bool left = false, right = false, outside = false, drawn = false;
+    TPoint from, to; // half metres
+    int made = 0, asked = 0;
+
+    static TPoint Step(TPoint px)
+    {
+        return {static_cast<int>(std::lround((px.x - 20) / 5.0)),
+                static_cast<int>(std::lround((300 - px.y) / 5.0))};
+    }
+    bool Shows() const { return left && drawn && !outside; }
+    void Play(const GestureEvent &event)
+    {
+        switch (event.kind) {
+        case GestureEvent::LEFT_DOWN:
+            if (!right) {
+                left = true;
+                drawn = outside = false;
+                from = to = Step(event.at);
+            }
+            break;
+        case GestureEvent::LEFT_UP:
+            made += left && !outside && from != to;
+            left = false;
+            break;
+        case GestureEvent::RIGHT_DOWN:
+            right = !left || right;
+            outside = left;
+            left = false;
+            break;
+        case GestureEvent::RIGHT_UP:
+            asked += right;
+            right = false;
+            break;
+        case GestureEvent::MOVE:
+            if (left && !outside) {
+                to = Step(event.at);
+                drawn = true;
+            }
+            break;
+        case GestureEvent::LEFT_DOUBLE:
+            break;
+        default:
+            outside = event.kind == GestureEvent::LEAVE;
+        }
+    }
+};
+
+TEST_F(Creators, DoAsAPlainModelForAnyRowOfEvents)
+{
+    CHANCE chance(9);
+    PlainCreator model;
+    std::set<std::string> shown; // what was drawn an odd number of times
+    FixAxes();
+    layer->most = INT_MAX;
+    for (int i = 0; i < 20000 && !HasFailure(); ++i) {
+        SCOPED_TRACE(i);
+        GestureEvent event;
+        event.kind = chance.One(2) ? GestureEvent::MOVE : static_cast<GestureEvent::Kind>(chance.Int(0, 7));
+        // No point lies half way between two lines of the grid, where the last bit would decide.
+        event.at = {20 + chance.Int(0, 40), 300 - chance.Int(0, 40)};
+        if (event.kind == GestureEvent::LEAVE || event.kind == GestureEvent::COME_BACK) // on a change alone
+            event.kind = model.outside ? GestureEvent::COME_BACK : GestureEvent::LEAVE;
+        int former = model.made;
+        PlayEvent(rect, dc, event);
+        model.Play(event);
+        std::istringstream calls(TakeCalls());
+        for (std::string call; std::getline(calls, call);)
+            if (!shown.erase(call))
+                shown.insert(call);
+        EXPECT_EQ(shown.size(), model.Shows() ? 1u : 0u);
+        EXPECT_EQ(rect.leftState != 0, model.left);
+        EXPECT_EQ(rect.rightState != 0, model.right);
+        ASSERT_EQ(static_cast<int>(layer->creations.size()), model.made);
+        EXPECT_EQ(static_cast<int>(std::count(layer->queries.begin(), layer->queries.end(), 'g')), model.asked);
+        if (model.made > former) {
+            const ARRAY<AgPOINT> &points = layer->creations.back().points;
+            EXPECT_EQ(points[0], AgPOINT(model.from.x / 2.0, model.from.y / 2.0));
+            EXPECT_EQ(points[1], AgPOINT(model.to.x / 2.0, model.to.y / 2.0));
+        }
+        layer->DeleteAll(false);
+    }
+    EXPECT_GT(model.made, 80);
+    EXPECT_GT(model.asked, 500);
 }
 
 TEST_F(Creators, AskForParametersWhenTheyAreChosen)
