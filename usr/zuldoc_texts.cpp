@@ -9,7 +9,9 @@
 #include "win/dc.h"
 
 #include <algorithm>
+#include <deque>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "lib/xon.h"
@@ -43,7 +45,7 @@ const double HEADING_BOTTOM = 6;
 const double MAP_TOP = 34; // as above the plans
 
 struct LOOK {
-    const TEdcFontRec *font; // view
+    const TEdcFontRec *font; // view; NULL for a block that knows its own
     double width = FULL;
     unsigned options = 0; // EDC_Bo...
     double top = 0;       // points
@@ -71,10 +73,9 @@ TEdcBlock *GroupFirst(TEdcBlock *blk)
 }
 
 /// The group takes the block over.
-void Add(TEdcBlock **group, TEdcTextBlock *blk, const LOOK &look)
+void Add(TEdcBlock **group, TEdcBlock *blk, const LOOK &look)
 {
-    blk->SetFontRec(look.font);
-    blk->SetSize(look.width, 0);
+    blk->SetSize(TEdcSize(look.width, 0, EDC_UREL));
     blk->SetMargins(TEdcMargins(0, look.top, 0, look.bottom, EDC_UPT));
     blk->SetOptions(look.options);
     blk->AddToGroup(group);
@@ -86,6 +87,7 @@ void AddText(TEdcBlock **group, const char *text, const LOOK &look)
     __enter
         blk = new TEdcTextBlock;
         blk->SetText(text); __test;
+        blk->SetFontRec(look.font);
         Add(group, blk, look);
     __point
         delete blk;
@@ -107,26 +109,33 @@ void AddTexts(TEdcBlock **group, const std::vector<std::string> &texts, const LO
     __treat
 }
 
+void LayoutLine(TEdcText &text, TDC &dc, const TEdcFontRec &rec, double scale, TRect &place)
+{
+    __enter
+        text.SetFont(rec.name, EdcInchToPixel(rec.size / 72.0, scale, dc.DpiY()), rec.charset);
+        text.SetFormat(rec.format);
+        text.Layout(dc, place, EDC_BREAKNONE, EDC_HLEFT, EDC_VTOP); __test;
+    __point
+    __treat
+}
+
 /// Pixels of a character of a fixed-pitch font as a text in it has them on the device.
 int CharacterWidth(TDC &dc, const TEdcFontRec &rec, double scale)
 {
-    int width = 0;
+    TRect place;
     __enter
         TEdcText text;
-        TRect rect;
         text.SetText("0");
-        text.SetFont(rec.name, EdcInchToPixel(rec.size / 72.0, scale, dc.DpiY()), rec.charset);
-        text.SetFormat(rec.format);
-        text.Layout(dc, rect, EDC_BREAKNONE, EDC_HLEFT, EDC_VTOP); __test;
-        width = text.width;
+        LayoutLine(text, dc, rec, scale, place); __test;
     __point
     __treat
-    return std::max(width, 1);
+    return std::max(place.Width(), 1);
 }
 
 /// The column head of a list. Its font is smaller than that of the rows, and by how much in pixels depends on
-/// the device and the zoom; so each layout spaces the titles anew.
-class TColumnHead : public TEdcTextBlock
+/// the device and the zoom: no number of blanks brings a title over its column. So each layout places the
+/// titles singly.
+class TColumnHead : public TEdcBlock
 {
 public:
     TColumnHead(ZulLIST aList, const TZulFonts &someFonts) : list(aList), fonts(someFonts) {}
@@ -134,17 +143,37 @@ public:
     void Layout(TDC &dc, TEdcSize &trueSize, double scale) override
     {
         __enter
+            titles.clear();
             int rowChar = CharacterWidth(dc, fonts.body, scale); __test;
             int headChar = CharacterWidth(dc, fonts.columns, scale); __test;
-            SetText(ZulColumnHead(list, rowChar, headChar).c_str()); __test;
-            TEdcTextBlock::Layout(dc, trueSize, scale); __test;
+            TRect place;
+            for (ZulTITLE &source : ZulColumnTitles(list, rowChar, headChar)) {
+                TITLE &title = titles.emplace_back();
+                title.text = std::move(source.text);
+                title.shown.SetText(title.text.c_str());
+                place = {source.place, 0, source.place, 0};
+                LayoutLine(title.shown, dc, fonts.columns, scale, place); __test;
+            }
+            trueSize.SetHeight(EdcPixelToInch(place.bottom, scale, dc.DpiY()));
         __point
+            titles.clear();
         __treat
     }
 
+    void Paint(TDC &dc, const TRect &part) override
+    {
+        for (const TITLE &title : titles)
+            title.shown.Paint(dc, part);
+    }
+
 private:
+    struct TITLE {
+        std::string text;
+        TEdcText shown;
+    };
     ZulLIST list;
     const TZulFonts &fonts;
+    std::deque<TITLE> titles; // they stay where they are
 };
 
 /// A heading, the column head and the rows; NULL without rows.
@@ -154,7 +183,7 @@ TEdcBlock *BuildList(int headingId, ZulLIST list, const ZulListBlocks &rows, con
     __enter
         if (!rows.empty()) {
             AddText(&group, headingId, Heading(fonts, LIST_TOP)); __test;
-            Add(&group, new TColumnHead(list, fonts), {&fonts.columns, FULL, EDC_BoKEEP});
+            Add(&group, new TColumnHead(list, fonts), {NULL, FULL, EDC_BoKEEP});
             AddTexts(&group, rows, {&fonts.body}); __test;
         }
     __point
@@ -259,24 +288,18 @@ TEdcBlock *ZulBuildHygiene(const EmROOM &room, const TZulFonts &fonts)
 
 namespace
 {
-/// The group takes the map over; it goes with the group where its making has failed half way.
-void AddMap(TEdcBlock **group, TEdcBlock *map)
-{
-    map->SetSize(TEdcSize(FULL, 0, EDC_UREL));
-    map->SetMargins(TEdcMargins(0, MAP_TOP, 0, 0, EDC_UPT));
-    map->AddToGroup(group);
-}
-
-/// The summary stands first: the criteria report to it.
+/// The summary stands first: the criteria report to it. A map whose making has failed half way goes with the
+/// group.
 TEdcBlock *BuildMaps(TZulRoomBlock &roomBlk)
 {
     TEdcBlock *group = NULL;
     __enter
+        const LOOK look = {.font = NULL, .top = MAP_TOP};
         TZulSummaryMap *summary = new TZulSummaryMap(&roomBlk);
-        AddMap(&group, summary); __test;
-        AddMap(&group, new TZulHeadTempMap(summary)); __test;
-        AddMap(&group, new TZulDiffTempMap(summary)); __test;
-        AddMap(&group, new TZulHeadInteMap(summary)); __test;
+        Add(&group, summary, look); __test;
+        Add(&group, new TZulHeadTempMap(summary), look); __test;
+        Add(&group, new TZulDiffTempMap(summary), look); __test;
+        Add(&group, new TZulHeadInteMap(summary), look); __test;
     __point
         ZulDeleteGroup(group);
         group = NULL;

@@ -154,24 +154,34 @@ std::string IrradiationText(const TZulMapInfo &info)
 }
 } // namespace
 
-std::string ZulColumnHead(ZulLIST list, int rowChar, int headChar)
+std::vector<ZulTITLE> ZulColumnTitles(ZulLIST list, int rowChar, int headChar)
 {
     ASSERT(rowChar > 0 && headChar > 0);
+    std::vector<ZulTITLE> titles;
     LISTHEAD head = ListHead(list);
     const char *title = ResText(head.titles);
-    std::string text;
+    int end = 0; // px, of the title before
     for (const COLUMN &column : head.columns) {
-        size_t length = std::strcspn(title, " ");
-        double ownWidth = static_cast<double>(length) * headChar;
-        double begin = static_cast<double>(column.begin) * rowChar;
-        double spare = static_cast<double>(column.end) * rowChar - begin - ownWidth;
-        double place = begin + (column.isName ? 0 : spare >= 0 ? spare : spare / 2);
-        double nearest = std::max(std::ceil(place / headChar - 0.5), 0.0);
-        size_t gap = text.empty() ? 0 : text.size() + 1; // titles never touch
-        text.resize(std::max(static_cast<size_t>(nearest), gap), '~');
-        text.append(title, length);
-        title += length + std::strspn(title + length, " ");
+        int length = static_cast<int>(std::strcspn(title, " "));
+        int begin = column.begin * rowChar;
+        int spare = column.end * rowChar - begin - length * headChar;
+        int shift = column.isName ? 0 : spare >= 0 ? spare : -((1 - spare) / 2);
+        int place = std::max(begin + shift, titles.empty() ? 0 : end + (headChar + 1) / 2); // none touches
+        int blanks = (place - end + headChar - 1) / headChar;
+        if (!titles.empty())
+            titles.back().text.append(static_cast<size_t>(blanks), '~');
+        titles.push_back({place, std::string(title, static_cast<size_t>(length))});
+        end = place + length * headChar;
+        title += length + static_cast<int>(std::strspn(title + length, " "));
     }
+    return titles;
+}
+
+std::string ZulColumnHead(ZulLIST list)
+{
+    std::string text;
+    for (const ZulTITLE &title : ZulColumnTitles(list, 1, 1))
+        text += title.text;
     return text;
 }
 

@@ -19,10 +19,18 @@ ZulListBlocks ZulHoleList(const EmHOLESET &set);
 
 enum ZulLIST { ZUL_EMITTER_LIST, ZUL_AIR_HEATER_LIST, ZUL_HOLE_LIST };
 
-/// The titles over a list's columns, in hard blanks: `rowChar` is the width of the rows' characters, `headChar`
-/// that of the head's own, in any unit. Titles of names begin with them, titles of numbers end with them; one
-/// that is wider than its column stands over the middle of it.
-std::string ZulColumnHead(ZulLIST list, int rowChar = 1, int headChar = 1);
+/// The title of a column.
+struct ZulTITLE {
+    int place;        // where it begins, px
+    std::string text; // with hard blanks behind it that reach to the next title, so that an underline is whole
+};
+
+/// The titles over a list's columns; `rowChar` is the width of the rows' characters, `headChar` that of the
+/// titles' own, px. Titles of names begin with them, titles of numbers end with them; one that is wider than
+/// its column stands over the middle of it.
+std::vector<ZulTITLE> ZulColumnTitles(ZulLIST list, int rowChar, int headChar);
+/// The titles in one line over rows of the same characters.
+std::string ZulColumnHead(ZulLIST list);
 
 /// A text cut to `max` characters: as it is, or its first max - 3 and "...".
 std::string ZulCut(const char *text, int max);

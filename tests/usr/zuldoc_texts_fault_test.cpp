@@ -64,7 +64,7 @@ TEST_F(BuildersWithoutMemory, LeaveNoMapBehind)
     Sweep("maps", 4, [&] { return ZulBuildHygieneResult(roomBlk, fonts); });
 }
 
-TEST_F(BuildersWithoutMemory, AColumnHeadKeepsItsTextWhereItsLayoutFails)
+TEST_F(BuildersWithoutMemory, AColumnHeadIsEmptyWhereItsLayoutFails)
 {
     TRecordDC device(96);
     TEdcBlock *head = Blocks(ZulBuildEmitterList(*room.Emitters(), fonts))[1];
@@ -73,6 +73,9 @@ TEST_F(BuildersWithoutMemory, AColumnHeadKeepsItsTextWhereItsLayoutFails)
                              [&](const FaultRun &run) {
                                  EXPECT_STREQ(run.code, run.fired ? XALLOC : XNULL) << run.n;
                                  EXPECT_EQ(size.Height() == 3, run.fired > 0) << run.n;
+                                 device.calls.clear();
+                                 head->Paint(device, {0, 0, 800, 100});
+                                 EXPECT_EQ(device.calls.empty(), run.fired > 0) << run.n;
                              });
     EXPECT_GE(failed, 8);
 }

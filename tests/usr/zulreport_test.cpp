@@ -245,19 +245,26 @@ TEST_F(ReportTexts, ColumnHeadsStandOverTheirColumns)
         EXPECT_EQ(WithBlanks(ZulColumnHead(t.list)), t.head) << t.row;
 }
 
-TEST_F(ReportTexts, ColumnHeadsAreSpacedForTheWidthOfTheirCharacters)
+TEST_F(ReportTexts, ColumnTitlesArePlacedForTheWidthOfTheirCharacters)
 {
     const int table[][2] = {{1, 1}, {12, 11}, {5, 4}, {7, 7}, {60, 55}, {3, 2}, {2, 1}, {1, 7}};
     for (auto [rowChar, headChar] : table)
         for (ZulLIST list : {ZUL_EMITTER_LIST, ZUL_AIR_HEATER_LIST, ZUL_HOLE_LIST}) {
-            std::string even = ZulColumnHead(list);
-            std::string head = ZulColumnHead(list, rowChar, headChar);
-            EXPECT_EQ(Squeezed(head), Squeezed(even)) << "the same titles, each apart from the next";
-            EXPECT_EQ(head.find_first_of(" ^_!"), std::string::npos) << "one width for all characters";
-            EXPECT_EQ(ZulColumnHead(list, rowChar * 3, headChar * 3), head) << "the unit does not matter";
+            int end = 0; // px, of the title before
+            for (const auto &[place, text] : ZulColumnTitles(list, rowChar, headChar)) {
+                EXPECT_EQ(text.find_first_of(" ^_!"), std::string::npos) << "one width for all characters";
+                EXPECT_LE(place, end) << "the underline is whole";
+                EXPECT_GT(place, end - headChar - (end == 0)) << "with no blank too many";
+                end = place + static_cast<int>(text.size()) * headChar;
+            }
         }
-    EXPECT_EQ(ZulColumnHead(ZUL_EMITTER_LIST, 12, 11).find("P[W]"), 23u) << "ends at 25 * 12 / 11";
-    EXPECT_EQ(ZulColumnHead(ZUL_HOLE_LIST, 12, 11).find("Beschreibung"), 52u) << "begins at 48 * 12 / 11";
+    auto titles = ZulColumnTitles(ZUL_EMITTER_LIST, 60, 55); // paper at 600 dpi
+    ASSERT_EQ(titles.size(), 8u);
+    EXPECT_EQ(titles[0].place, 0);
+    EXPECT_EQ(titles[1].place, 5 * 60) << "begins with the names";
+    EXPECT_EQ(titles[2].place, 25 * 60 - 4 * 55) << "ends with the numbers";
+    EXPECT_EQ(titles[6].place, (103 * 60 - 7 * 55) / 2) << "over the middle";
+    EXPECT_EQ(titles[1].text, "Modell~~~~~~~~~~~~") << "650 px up to the next one are 12 blanks";
 }
 
 TEST_F(ReportTexts, InputTextsCarryTheDesignDataInTheirOrder)
