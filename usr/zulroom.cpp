@@ -18,7 +18,8 @@ const double INCH_PER_CM = 0.39370078740157477;
 const double KEY_HEIGHT = 0.5905511811023622; // inches, 1.5 cm
 const double KEY_WIDTH_MOST = 2.0;            // cm
 const char face[] = "Arial";
-const double TEXT_POINTS = 10; // of the colour table and of the walls' letters
+const double TEXT_POINTS = 10;  // of the colour table and of the walls' letters
+const double ROW_POINTS = 12.5; // of the colour table, from row to row
 
 /// Inches.
 double KeyWidth(const AgPOINT &hall)
@@ -152,6 +153,7 @@ int TZulRoomBlock::LayoutFoot(TDC &dc, const TRect &foot, double viewScale)
                             foot.top + height});
         if (scale != NULL && ShowsMap()) {
             scale->SetFont(face, fontSize);
+            scale->SetPitch(ROW_POINTS / 72.0 * viewScale * dc.DpiY());
             TRect place = {foot.left, foot.top, std::max(foot.left, left - fontSize), foot.bottom};
             height = std::max(height, scale->Layout(dc, place)); __test;
         }

@@ -91,6 +91,7 @@ public:
     void Add(bool hasColor, TColor color, const char *str1, const char *str2); // more than MAX: ignored
     void SetLines(const char *above, const char *below);
     void SetFont(const char *name, int size); // px; 0 counts as 1
+    void SetPitch(double px); // from row to row; smaller fonts where it needs them; 0: as the font is
     /// Places the table in `rect`, from its bottom up. @return its height, px
     int Layout(TDC &dc, const TRect &rect);
     void Paint(TDC &dc) const;
@@ -108,21 +109,25 @@ private:
     struct PIECE {
         int start = 0; // in the text
         int length = 0;
+        TPoint at; // px
     };
     struct LINE {
         char text[TEXTMAX] = "";
-        TRect rect;                // px
         std::vector<PIECE> pieces; // one below the other, where the text is longer than the table's place
     };
     static void Break(TDC &dc, LINE &line, int width);
     static void PaintLine(TDC &dc, const LINE &line);
-    int PlaceColumn(TDC &dc, int column, TPoint corner, int pitch);
+    int ChooseFont(TDC &dc);
+    int PlaceColumn(TDC &dc, int column, int left);
+    int PlaceDown(const TRect &rect, double step, int text);
 
     int32_t count = 0;
     ROW rows[MAX];
     LINE line1, line2;
     char font[TEXTMAX] = "Arial";
-    int fontSize = 1; // px
+    int fontSize = 1; // px, wanted
+    int usedSize = 1; // px, as the pitch allows
+    double pitch = 0; // px, 0 for that of the font
 };
 
 /// The table of a run that has a map. NULL where there is none.

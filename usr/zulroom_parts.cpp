@@ -168,15 +168,16 @@ void TZulWallLetters::Layout(TDC &dc, const TRect &aRect)
     rect = {aRect.left - missingX / 2, aRect.top - missingY / 2, aRect.right + (missingX + 1) / 2,
             aRect.bottom + (missingY + 1) / 2};
     body = rect.Inflated(-width - gap, -height);
-    auto place = [&](int i, int centreX, int top) {
-        points[i] = {centreX - dc.CharWidth(static_cast<unsigned char>(text[i])) / 2, top};
+    auto place = [&](int i, int left, int top) { // in the middle of a cell of the widest letter
+        int own = dc.CharWidth(static_cast<unsigned char>(text[i]));
+        points[i] = {left + (width - own) / 2, top};
     };
-    int middleX = (rect.left + rect.right) / 2;
+    int middleX = (rect.left + rect.right - width) / 2;
     int middleY = (rect.top + rect.bottom - height) / 2;
     place(0, middleX, rect.bottom - height);
-    place(1, rect.right - width / 2, middleY);
+    place(1, rect.right - width, middleY);
     place(2, middleX, rect.top);
-    place(3, rect.left + width / 2, middleY);
+    place(3, rect.left, middleY);
     dc.SetFont(former);
 }
 

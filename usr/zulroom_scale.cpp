@@ -4,6 +4,7 @@
 
 #include "lib/charstr.h"
 #include "lib/xassert.h"
+#include "usr/edcutils.h"
 #include "win/dc.h"
 
 #include <algorithm>
@@ -37,6 +38,12 @@ void TColorScale::SetFont(const char *name, int size)
     fontSize = std::max(1, size);
 }
 
+void TColorScale::SetPitch(double px)
+{
+    ASSERT(px >= 0);
+    pitch = px;
+}
+
 /// At blanks, so that no piece is wider than `width` px; a longer word is a piece of its own.
 void TColorScale::Break(TDC &dc, LINE &line, int width)
 {
@@ -50,15 +57,26 @@ void TColorScale::Break(TDC &dc, LINE &line, int width)
         int word = skip(end);
         int next = wordEnd(word);
         if (text[word] == EOS || dc.TextWidth(text + start, next - start) > width) {
-            line.pieces.push_back({start, end - start});
+            line.pieces.push_back({start, end - start, {}});
             start = word;
         }
         end = next;
     }
 }
 
-/// From `corner` down, with `pitch` px from row to row. @return the right edge
-int TColorScale::PlaceColumn(TDC &dc, int column, TPoint corner, int pitch)
+/// The wanted font, or the largest that stands in a row. @return the height of its texts, px
+int TColorScale::ChooseFont(TDC &dc)
+{
+    for (usedSize = fontSize;; --usedSize) {
+        dc.SetFont({.face = font, .height = -usedSize});
+        int height = dc.FontMetrics().height;
+        if (usedSize == 1 || pitch == 0 || height <= pitch)
+            return height;
+    }
+}
+
+/// Left and right edges. @return the right edge of all
+int TColorScale::PlaceColumn(TDC &dc, int column, int left)
 {
     int widths[MAX] = {};
     int all = 0;     // widest text
@@ -68,13 +86,38 @@ int TColorScale::PlaceColumn(TDC &dc, int column, TPoint corner, int pitch)
         all = std::max(all, widths[i]);
         colored = std::max(colored, rows[i].hasColor ? widths[i] : 0);
     }
-    int height = dc.FontMetrics().height;
     for (int i = 0; i < count; ++i) {
-        int right = corner.x + (all + (rows[i].hasColor ? colored : widths[i])) / 2;
-        int top = corner.y + i * pitch;
-        rows[i].rects[column] = {right - widths[i], top, right, top + height};
+        TRect &rect = rows[i].rects[column];
+        rect.right = left + (all + (rows[i].hasColor ? colored : widths[i])) / 2;
+        rect.left = rect.right - widths[i];
     }
-    return corner.x + all;
+    return left + all;
+}
+
+/// Everything one below the other, `step` px apart, with a third of that between rows and lines. Places are
+/// rounded singly, so that the table is as tall at each zoom as the zoom says. @return its height, px
+int TColorScale::PlaceDown(const TRect &rect, double step, int text)
+{
+    const double gap = 1.0 / 3;
+    double above = static_cast<double>(line1.pieces.size());
+    double below = static_cast<double>(line2.pieces.size());
+    double first = above > 0 ? above + gap : 0; // row, in steps from the top
+    double end = first + count + (below > 0 ? gap : 0);
+    int height = EdcNearest((end + below) * step);
+    auto down = [&](double steps) { return rect.bottom - height + EdcNearest(steps * step); };
+    for (size_t i = 0; i < line1.pieces.size(); ++i)
+        line1.pieces[i].at = {rect.left, down(static_cast<double>(i))};
+    for (int i = 0; i < count; ++i) {
+        int top = down(first + i);
+        rows[i].swatch = {rect.left, top, rect.left + 2 * text, top + text};
+        for (TRect &cell : rows[i].rects) {
+            cell.top = top;
+            cell.bottom = top + text;
+        }
+    }
+    for (size_t i = 0; i < line2.pieces.size(); ++i)
+        line2.pieces[i].at = {rect.left, down(end + static_cast<double>(i))};
+    return height;
 }
 
 int TColorScale::Layout(TDC &dc, const TRect &rect)
@@ -82,26 +125,15 @@ int TColorScale::Layout(TDC &dc, const TRect &rect)
     int height = 0;
     TFont former;
     __enter
-        former = dc.SetFont({.face = font, .height = -fontSize});
-        int text = dc.FontMetrics().height;
-        int pitch = text + std::max(1, text / 12);
-        int space = std::max(1, text / 3); // between the rows and what stands above and below them
+        former = dc.State().font;
+        int text = ChooseFont(dc);
         Break(dc, line1, rect.Width());
         Break(dc, line2, rect.Width());
-        int above = static_cast<int>(line1.pieces.size()) * text;
-        int below = static_cast<int>(line2.pieces.size()) * text;
-        height = above + (above > 0 ? space : 0) + count * pitch + (below > 0 ? space : 0) + below;
-        line1.rect = {rect.left, rect.bottom - height, rect.right, rect.bottom - height + above};
-        line2.rect = {rect.left, rect.bottom - below, rect.right, rect.bottom};
-        TPoint corner = {rect.left, line1.rect.bottom + (above > 0 ? space : 0)};
-        for (int i = 0; i < count; ++i)
-            rows[i].swatch = {corner.x, corner.y + i * pitch, corner.x + 2 * text, corner.y + i * pitch + text};
-        corner.x += 3 * text;
-        corner.x = PlaceColumn(dc, 0, corner, pitch) + 2 * text;
-        PlaceColumn(dc, 1, corner, pitch);
+        int right = PlaceColumn(dc, 0, rect.left + 3 * text);
+        PlaceColumn(dc, 1, right + 2 * text);
+        height = PlaceDown(rect, pitch > 0 ? pitch : text + std::max(1, text / 12), text);
         dc.SetFont(former);
     __point
-        height = 0;
         dc.SetFont(former);
     __treat
     return height;
@@ -109,19 +141,15 @@ int TColorScale::Layout(TDC &dc, const TRect &rect)
 
 void TColorScale::PaintLine(TDC &dc, const LINE &line)
 {
-    int y = line.rect.top;
-    int height = dc.FontMetrics().height;
-    for (const PIECE &piece : line.pieces) {
-        dc.TextOut(line.rect.left, y, line.text + piece.start, piece.length);
-        y += height;
-    }
+    for (const PIECE &piece : line.pieces)
+        dc.TextOut(piece.at.x, piece.at.y, line.text + piece.start, piece.length);
 }
 
 void TColorScale::Paint(TDC &dc) const
 {
     TDCState former = dc.State();
     __enter
-        dc.SetFont({.face = font, .height = -fontSize});
+        dc.SetFont({.face = font, .height = -usedSize});
         dc.SetPen(TPen());
         dc.SetTextColor(WIN_BLACK);
         dc.SetTextAlign(WIN_TEXT_TOP);
