@@ -2,6 +2,8 @@
 #include "lib/charstr.h"
 #include "usr/zulairht.h"
 
+#include <limits>
+
 #include "lib/xon.h"
 
 namespace
@@ -17,7 +19,7 @@ enum : int {
     ID_HEIGHT = 105,
     ID_WIDTH = 106
 };
-const double NO_LIMIT = 1e300;
+const double MOST = std::numeric_limits<double>::max(); // as good as no bound
 
 /// The numbers of a unit, in the order in which files and dialogs have them.
 TEdcFloat TZulAirHeaterData::*const numbers[] = {&TZulAirHeaterData::output,  &TZulAirHeaterData::tempRise,
@@ -68,7 +70,7 @@ TZulAirHeaterTypeDialog::TZulAirHeaterTypeDialog() : TEdcDialog(DIALOG_UNIT)
     type->SetValidator(new TEdcValueValidator(false));
     for (int id : {ID_OUTPUT, ID_TEMPRISE, ID_AIRFLOW, ID_LENGTH, ID_WIDTH, ID_HEIGHT}) {
         auto *number = new TEdcEdit(this, id);
-        number->SetValidator(new TEdcFloatValidator(0, NO_LIMIT, false, NULL));
+        number->SetValidator(new TEdcFloatValidator(0, MOST, false, NULL));
     }
 }
 

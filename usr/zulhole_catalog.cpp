@@ -3,13 +3,15 @@
 #include "lib/charstr.h"
 #include "usr/zulhole.h"
 
+#include <limits>
+
 #include "lib/xon.h"
 
 namespace
 {
 enum { TEXT_TITLE = 3100 };
 enum { DIALOG_ELEMENT = 3011, ID_NAME = 100, ID_TRANSMISSION = 101 };
-const double NO_LIMIT = 1e300;
+const double MOST = std::numeric_limits<double>::max(); // as good as no bound
 } // namespace
 
 TZulHoleTypeItem::TZulHoleTypeItem(const TZulHoleTypeItem &source) = default;
@@ -43,7 +45,7 @@ TZulHoleTypeDialog::TZulHoleTypeDialog() : TEdcDialog(DIALOG_ELEMENT)
     auto *name = new TEdcEdit(this, ID_NAME);
     name->SetValidator(new TEdcValueValidator(false));
     auto *transmission = new TEdcEdit(this, ID_TRANSMISSION);
-    transmission->SetValidator(new TEdcFloatValidator(0, NO_LIMIT, false, NULL));
+    transmission->SetValidator(new TEdcFloatValidator(0, MOST, false, NULL));
 }
 
 TZulHoleTypeCatalog::TZulHoleTypeCatalog(TWindow *aParent)

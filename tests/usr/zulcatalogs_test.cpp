@@ -84,10 +84,10 @@ protected:
     static void CheckDecimal(DialogBox &dialog, int id)
     {
         SCOPED_TRACE(id);
-        const std::string range = EdcResFormat(TEXT_FLOAT, "0", "1e+300");
+        const std::string range = EdcResFormat(TEXT_FLOAT, "0", "1.79769e+308");
         dialog.Type(id, "");
         Refused(dialog, id, GetResString(TEXT_VALUE));
-        for (const char *text : {"-1", "-0.001", "abc", "1 W", "nan", "inf", "1e301", "1;5"}) {
+        for (const char *text : {"-1", "-0.001", "abc", "1 W", "nan", "inf", "1e309", "1;5"}) {
             SCOPED_TRACE(text);
             dialog.Type(id, text);
             Refused(dialog, id, range);
