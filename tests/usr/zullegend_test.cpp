@@ -116,7 +116,7 @@ TEST_F(Legend, BreaksLongTextsSoThatNothingMeets)
     const std::string words = "wenigstens eines der Kriterien nicht erf\xFCllt (siehe unten)";
     legend.SetTitle("Differenzwerte operativer Temperaturen [^o^C] in einer langen Zeile");
     for (int count = 1; count <= 20; ++count) {
-        legend.Add(count % 2 ? RED : GREEN, words.substr(0, static_cast<size_t>(count * 3)).c_str());
+        legend.Add(count % 2 ? RED : GREEN, words.substr(0, size_t{3} * static_cast<size_t>(count)).c_str());
         for (int width : {60, 97, 190, 400, 718}) {
             std::string what = std::to_string(count) + " boxes at " + std::to_string(width);
             EXPECT_LE(LayOut({7, 9, 7 + width, 500}, TZulLegend::COLUMN).right, 7 + width) << what;

@@ -259,6 +259,41 @@ TEST(MapLayout, WithoutAnEvaluationHasHeadAxesAndFrame)
     }
 }
 
+TEST(MapLayout, DrawsTheZonesOverEverythingWithAndWithoutAnEvaluation)
+{
+    FIELDHALL hall(60, 30, 6);
+    MAPCASE maps(hall.room);
+    auto calls = [&](TEdcBlock &map, bool onPaper) {
+        TPlaceDC dc;
+        TSize size = LayoutBlock(map, dc, PageSize(96));
+        TRect all = {0, 0, size.cx, size.cy};
+        if (onPaper)
+            map.Print(dc, all);
+        else
+            map.Paint(dc, all);
+        return dc.calls;
+    };
+    for (bool evaluated : {false, true})
+        for (size_t i = 0; i < 4; ++i)
+            for (bool onPaper : {false, true}) {
+                TEdcBlock &map = *maps.Maps()[i];
+                MAPCASE::Answer(evaluated);
+                maps.Update();
+                std::string bare = calls(map, onPaper);
+                auto *zone = new EmZONE;
+                zone->size = {10, 5};
+                zone->pos = {20, 15};
+                zone->Insert(hall.room.Zones());
+                maps.Update();
+                std::string full = calls(map, onPaper);
+                EXPECT_GT(full.size(), bare.size());
+                EXPECT_EQ(full.substr(0, bare.size()), bare);
+                hall.room.Zones()->Clear();
+                maps.Update();
+                EXPECT_EQ(calls(map, onPaper), bare) << "the zone is gone";
+            }
+}
+
 TEST(MapLayout, StandsInNextToNoRoom)
 {
     FIELDHALL hall(60, 30, 6);
