@@ -40,6 +40,11 @@ std::string Trimmed(const std::string &text)
     return begin == std::string::npos ? std::string() : text.substr(begin, end - begin + 1);
 }
 
+std::string Joined(const std::string &folder, const std::string &name)
+{
+    return (std::filesystem::path(folder) / name).string();
+}
+
 std::string Variable(const char *name)
 {
     const char *value = std::getenv(name);
@@ -114,21 +119,19 @@ Words Named(const std::string &path, const std::string &group, const std::string
 }
 
 /// The file of an identifier: its '-' may stand for folders.
-std::string DesktopFile(std::string id)
+std::string DesktopFile(const std::string &id)
 {
     if (!id.ends_with(".desktop") || id.find('/') != std::string::npos)
         return {};
     for (const std::string &folder : DataFolders()) {
         std::string name = id;
-        for (size_t dash = 0; dash != std::string::npos; dash = name.find('-')) {
+        for (size_t dash = 0; dash != std::string::npos; dash = name.find('-', 1)) {
             if (dash > 0)
                 name[dash] = '/';
-            std::string path = folder + "/applications/" + name;
+            std::string path = Joined(folder, "applications/" + name);
             std::error_code unknown;
             if (std::filesystem::is_regular_file(path, unknown))
                 return path;
-            if (name[0] == '-')
-                break;
         }
     }
     return {};
@@ -146,9 +149,11 @@ std::string FindProgram(const std::string &name)
     if (name.find('/') != std::string::npos)
         return IsProgram(name) ? name : std::string();
     std::string path = Variable("PATH");
-    for (const std::string &folder : Split(path.empty() ? "/usr/local/bin:/usr/bin:/bin" : path, ':'))
-        if (!name.empty() && IsProgram(folder + "/" + name))
-            return folder + "/" + name;
+    for (const std::string &folder : Split(path.empty() ? "/usr/local/bin:/usr/bin:/bin" : path, ':')) {
+        std::string program = Joined(folder, name);
+        if (!name.empty() && IsProgram(program))
+            return program;
+    }
     return {};
 }
 

@@ -81,7 +81,7 @@ protected:
     VARIABLE dataHome = {"XDG_DATA_HOME", folder.Path("user")};
     VARIABLE dataDirs = {"XDG_DATA_DIRS", folder.Path("system")};
     VARIABLE desktop = {"XDG_CURRENT_DESKTOP", "Probe:Andere"};
-    VARIABLE path = {"PATH", folder.Path("bin") + ":/usr/bin:/bin"};
+    VARIABLE searchPath = {"PATH", folder.Path("bin") + ":/usr/bin:/bin"};
 };
 
 std::string Joined(const std::vector<std::string> &words)
@@ -312,7 +312,7 @@ int NoteStart(const char *program, const char *arguments)
 class Help : public Shell
 {
 protected:
-    Help() : former(ProgramFolder())
+    Help()
     {
         started.clear();
         SetProgramPath(folder.Path("Zulerion").c_str());
@@ -322,8 +322,6 @@ protected:
         SetShellDoor({});
         FindProgramPath();
     }
-
-    CdeFILENAME former;
 };
 } // namespace
 
