@@ -218,7 +218,8 @@ void TZulRoomBlock::Paint(TDC &dc, const TRect &part)
 /// On paper the map comes below everything else, for what it covers stays covered there.
 void TZulRoomBlock::Print(TDC &dc, const TRect &part)
 {
-    std::unique_ptr<TEdcPicture> printed = std::move(picture);
+    std::unique_ptr<TEdcPicture> printed;
+    printed.swap(picture);
     __enter
         if (printed != NULL && ShowsMap())
             printed->Print(dc);
@@ -226,7 +227,7 @@ void TZulRoomBlock::Print(TDC &dc, const TRect &part)
         sprites.PaintPlain(dc, part); __test;
     __point
     __treat
-    picture = std::move(printed);
+    printed.swap(picture);
 }
 
 void TZulRoomBlock::Open()
