@@ -144,7 +144,7 @@ public:
     double ToModelX(int pixels) const; // a distance
     double ToModelY(int pixels) const; // y up, so the sign turns
     AgPOINT ToModel(TPoint p) const;
-    TPoint ToDevice(const AgPOINT &p) const; // rounded half away from zero, limited to the integers
+    TPoint ToDevice(const AgPOINT &p) const; // rounded half away from zero, limited to 2^28
     AgPOINT Snap(const AgPOINT &p) const;
     double SnapAngle(double a) const;
     double Angle(int dx, int dy) const;  // of a device vector, rad, (-pi, pi]

@@ -17,6 +17,7 @@
 namespace
 {
 enum { DIGITS_MAX = 8, EXPONENT_MAX = 300 };
+enum { FARTHEST = 1 << 28 }; // px: beyond any device, and sums of such places are still integers
 const double NOISE = 1e-5; // of a step: what rounding may do to it, or to its multiples at the range's ends
 
 double NearestMultiple(double value, double step)
@@ -158,7 +159,8 @@ AgPOINT TEdcAxes::ToModel(TPoint p) const
 
 TPoint TEdcAxes::ToDevice(const AgPOINT &p) const
 {
-    return {EdcNearest(originX + p.x * xScale), EdcNearest(originY - p.y * yScale)};
+    auto within = [](double place) { return std::clamp<int>(EdcNearest(place), -FARTHEST, FARTHEST); };
+    return {within(originX + p.x * xScale), within(originY - p.y * yScale)};
 }
 
 AgPOINT TEdcAxes::Snap(const AgPOINT &p) const

@@ -172,7 +172,7 @@ void TZulAirHeaterSprite::Layout(TDC &dc)
         thickX = Part(box.Width(), 4, 2);
         thickY = Part(box.Height(), 4, 2);
         barY = Part(box.Height(), 10, ly->minThickY);
-        barX = barY * thickX / thickY;
+        barX = static_cast<int32_t>(int64_t{barY} * thickX / thickY);
         box.bottom -= barY;
         lowerBar = {box.left + thickX / 2, box.bottom - barY, box.right - thickX / 2, box.bottom + barY};
     __point
