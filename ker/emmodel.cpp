@@ -176,22 +176,46 @@ void OpenScan()
     __treat
 }
 
+/// The next file of the walk, NULL at its end, which closes it.
+const std::string *NextFile()
+{
+    if (modelDir != NULL && modelDir->next < modelDir->files.size())
+        return &modelDir->files[modelDir->next++];
+    CloseScan();
+    return NULL;
+}
+
+/// The data of a model of which no more than its file's name is known.
+const EmMODELINFO *NameAlone(const std::string &file)
+{
+    modelInfo = EmMODELINFO();
+    StrCopy(modelInfo.name, NameOfFile(file).c_str(), sizeof modelInfo.name);
+    return &modelInfo;
+}
+
+const EmMODELINFO *NextName()
+{
+    const EmMODELINFO *listed = NULL;
+    __enter
+        const std::string *file = NextFile();
+        if (file != NULL)
+            listed = NameAlone(*file);
+    __point
+    __treat
+    return listed;
+}
+
 /// The next model of the walk. A failure ends here: one damaged file must not hide the others.
 const EmMODELINFO *NextModel()
 {
     const EmMODELINFO *listed = NULL;
     __enter
-        if (modelDir != NULL && modelDir->next < modelDir->files.size()) {
-            const std::string &file = modelDir->files[modelDir->next++];
-            listed = LoadFile(file);
+        const std::string *file = NextFile();
+        if (file != NULL) {
+            listed = LoadFile(*file);
             __repair;
-            if (listed == NULL) {
-                modelInfo = EmMODELINFO();
-                StrCopy(modelInfo.name, NameOfFile(file).c_str(), sizeof modelInfo.name);
-                listed = &modelInfo;
-            }
-        } else {
-            CloseScan();
+            if (listed == NULL)
+                listed = NameAlone(*file);
         }
     __point
     __treat
@@ -257,6 +281,8 @@ const EmMODELINFO *ModelList(int mode)
 {
     if (mode == MODEL_NEXT)
         return NextModel();
+    if (mode == MODEL_NAME)
+        return NextName();
     CloseScan();
     if (mode == MODEL_OPEN)
         OpenScan();

@@ -1,21 +1,13 @@
 // The way of the design data into the records of their dialogs and back. A number loses the noise of sums on
 // its way in; a value that is undefined on its way out leaves the hall's own.
 #include "usr/zuldlg.h"
-#include "usr/edcutils.h"
+#include "usr/zulvalue.h"
 #include "win/boxes.h"
 
 #include "lib/xon.h"
 
 namespace
 {
-void ExchangeReal(int mode, TEdcFloat &value, double &field)
-{
-    TEdcFloat own(mode == EDC_XLOAD ? EdcRound(field, EDC_NOISE) : field);
-    value.Exchange(mode, own);
-    if (mode == EDC_XSTORE)
-        field = own.value;
-}
-
 void ExchangeInt(int mode, TEdcInt &value, int32_t &field)
 {
     TEdcInt own(field);
@@ -84,35 +76,35 @@ ZulPassParams TZulUpdateData::Params() const
 void TZulPeriodData::Exchange(int mode, EmROOMDATA &data)
 {
     ExchangeInt(mode, periodDays, data.periodDays);
-    ExchangeReal(mode, meanOutTemp, data.meanOutTemp);
-    ExchangeReal(mode, designOutTemp, data.designOutTemp);
+    ZulExchange(mode, meanOutTemp, data.meanOutTemp);
+    ZulExchange(mode, designOutTemp, data.designOutTemp);
     ExchangeInt(mode, weekDays, data.weekDays);
-    ExchangeReal(mode, dayHours, data.dayHours);
-    ExchangeReal(mode, runAirTemp, data.runAirTemp);
-    ExchangeReal(mode, resultTemp, data.resultTemp);
-    ExchangeReal(mode, reducedAirTemp, data.reducedAirTemp);
+    ZulExchange(mode, dayHours, data.dayHours);
+    ZulExchange(mode, runAirTemp, data.runAirTemp);
+    ZulExchange(mode, resultTemp, data.resultTemp);
+    ZulExchange(mode, reducedAirTemp, data.reducedAirTemp);
 }
 
 void TZulInsulationData::Exchange(int mode, EmROOMDATA &data)
 {
-    ExchangeReal(mode, floorK, data.constr[EM_FLOOR].k);
-    ExchangeReal(mode, floorTemp, data.constr[EM_FLOOR].tExt);
-    ExchangeReal(mode, wallK, data.constr[EM_WALLS].k);
-    ExchangeReal(mode, wallTemp, data.constr[EM_WALLS].tExt);
-    ExchangeReal(mode, ceilingK, data.constr[EM_CEILING].k);
-    ExchangeReal(mode, ceilingTemp, data.constr[EM_CEILING].tExt);
-    ExchangeReal(mode, airChange, data.airChange);
-    ExchangeReal(mode, airTemp, data.airTemp);
+    ZulExchange(mode, floorK, data.constr[EM_FLOOR].k);
+    ZulExchange(mode, floorTemp, data.constr[EM_FLOOR].tExt);
+    ZulExchange(mode, wallK, data.constr[EM_WALLS].k);
+    ZulExchange(mode, wallTemp, data.constr[EM_WALLS].tExt);
+    ZulExchange(mode, ceilingK, data.constr[EM_CEILING].k);
+    ZulExchange(mode, ceilingTemp, data.constr[EM_CEILING].tExt);
+    ZulExchange(mode, airChange, data.airChange);
+    ZulExchange(mode, airTemp, data.airTemp);
 }
 
 /// The hall's gain is in W, the dialog's in kW.
 void TZulEnergyData::Exchange(int mode, EmROOMDATA &data)
 {
     ExchangeChoice(mode, fuelType, data.fuelType, EM_NATURAL_GAS, EM_PROPANE);
-    ExchangeReal(mode, regulation, data.regulation);
-    ExchangeReal(mode, fuelPrice, data.fuelPrice);
+    ZulExchange(mode, regulation, data.regulation);
+    ZulExchange(mode, fuelPrice, data.fuelPrice);
     double kilowatts = data.techGain * 0.001;
-    ExchangeReal(mode, techGain, kilowatts);
+    ZulExchange(mode, techGain, kilowatts);
     if (mode == EDC_XSTORE && techGain.id != EDC_VUDF)
         data.techGain = kilowatts * 1000;
 }

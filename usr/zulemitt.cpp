@@ -21,15 +21,16 @@ void NameOf(const EmEMITTER &emitter, TEdcShortStr &name)
 }
 
 /// A name that the emitter's model has already loads nothing.
-void TakeModel(EmEMITTER &emitter, const TEdcShortStr &name)
+void TakeModel(EmEMITTER &emitter, const TEdcShortStr &modelName)
 {
     __enter
         TEdcShortStr present;
         NameOf(emitter, present);
-        if (name.id == EDC_VNUL) {
+        if (modelName.id != EDC_VVAL) {
+            ASSERT(modelName.id == EDC_VNUL);
             emitter.SetModel(NULL);
-        } else if (present.id != EDC_VVAL || strcmp(present.text, name.text) != 0) {
-            EmMODEL *model = ModelAcquire(name.text); __test;
+        } else if (present.id != EDC_VVAL || strcmp(present.text, modelName.text) != 0) {
+            EmMODEL *model = ModelAcquire(modelName.text); __test;
             emitter.SetModel(model);
         }
     __point

@@ -29,9 +29,12 @@ public:
     void Changed(HWND control) override;
 
 private:
-    void FillOutputs(const TEdcShortStr &name, bool opening);
+    void FillOutputs(const TEdcShortStr &name);
+    void ShowFixed(int modelId);
     void OfferOutputs(const char *name);
+    void SetRange(double least, double most); // W
     bool editing;
+    TEdcShortStr own; // the output that the record came with
     TEdcComboBox *model, *output;
     TEdcFloatValidator *range; // view; of the output
     TEdcButton *techInfo;

@@ -23,10 +23,12 @@ class ModelBox : public TEdcComboBox
 {
 public:
     ModelBox(TDialog *aDialog, bool anEditing)
-        : TEdcComboBox(aDialog, ID_MODEL, SHORTSTRMAX, new TEdcValueValidator(anEditing)), editing(anEditing)
+        : TEdcComboBox(aDialog, ID_MODEL, SHORTSTRMAX, new TEdcValueValidator(anEditing), EDC_CfCASE),
+          editing(anEditing)
     {
     }
 
+    /// By name alone: a folder may hold thousands.
     void SetupWindow() override
     {
         TEdcComboBox::SetupWindow();
@@ -36,7 +38,7 @@ public:
             AddRes(EDC_VNUL, TEXT_NOTHING);
             ModelList(MODEL_OPEN); __test;
             for (;;) {
-                const EmMODELINFO *info = ModelList(MODEL_NEXT); __test;
+                const EmMODELINFO *info = ModelList(MODEL_NAME); __test;
                 if (!info)
                     break;
                 TEdcShortStr entry;
@@ -98,58 +100,79 @@ TZulEmitterDialog::TZulEmitterDialog(TZulEmitterData &data, bool anEditing)
 void TZulEmitterDialog::Changed(HWND control)
 {
     __enter
+        if (control == NULL)
+            output->GetValue(own);
         if (control == NULL || control == model->GetHandle()) {
             TEdcShortStr name;
             model->GetValue(name);
             techInfo->EnableWindow(name.id == EDC_VVAL && DiskHas(DataSheet(name.text)));
             model->SetTip("");
-            FillOutputs(name, control == NULL); __test;
+            FillOutputs(name); __test;
         }
     __point
     __treat
 }
 
-/// @param opening  the output of the record stays; another model brings its nominal one
-void TZulEmitterDialog::FillOutputs(const TEdcShortStr &name, bool opening)
+void TZulEmitterDialog::FillOutputs(const TEdcShortStr &name)
 {
     __enter
-        TEdcShortStr shown;
-        output->GetValue(shown);
         output->ClearList();
         output->EnableWindow(name.id == EDC_VVAL);
         if (name.id == EDC_VVAL) {
             OfferOutputs(name.text); __test;
-            if (opening)
-                output->SetValue(shown);
         } else {
-            TEdcShortStr fixed = OutputText(0);
-            if (name.id == EDC_VUDF)
-                fixed.SetRes(EDC_VUDF, TEXT_CHOICE);
-            range->SetRange(0, 0);
-            output->Add(fixed);
-            output->SetValue(fixed);
+            ShowFixed(name.id);
         }
     __point
     __treat
 }
 
+/// Without a model nothing is left to choose: there is no power, or each emitter keeps its own.
+void TZulEmitterDialog::ShowFixed(int modelId)
+{
+    TEdcShortStr fixed = OutputText(0);
+    if (modelId == EDC_VUDF)
+        fixed.SetRes(EDC_VUDF, TEXT_CHOICE);
+    SetRange(0, 0);
+    output->Add(fixed);
+    output->SetValue(fixed);
+}
+
+/// The record's own output goes with the record's model, another model comes with its nominal one. Of a damaged
+/// model nothing is known: what was there stays, anything may be entered.
 void TZulEmitterDialog::OfferOutputs(const char *name)
 {
     __enter
-        TEdcShortStr choice;
-        choice.SetRes(EDC_VUDF, TEXT_CHOICE);
-        if (editing && !model->IsChanged())
+        bool unchanged = !model->IsChanged();
+        TEdcShortStr shown;
+        if (unchanged)
+            shown = own;
+        if (editing && unchanged) {
+            TEdcShortStr choice;
+            choice.SetRes(EDC_VUDF, TEXT_CHOICE);
             output->Add(choice);
+        }
+        output->SetValue(shown);
+        SetRange(0, MOST);
         const EmMODELINFO *info = ModelInfo(name); __test;
         model->SetTip(TechnicalData(*info).c_str());
         TEdcShortStr nominal = OutputText(info->power);
+        TEdcShortStr reduced = OutputText(info->reducedPower);
         output->Add(nominal);
         if (info->power > info->reducedPower)
-            output->Add(OutputText(info->reducedPower));
-        range->SetRange(std::min(info->power, info->reducedPower), info->power);
-        output->SetValue(nominal);
+            output->Add(reduced);
+        // An output that is offered is within the range, whatever digits its text has dropped.
+        SetRange(std::min(info->reducedPower, std::min(info->power, reduced.GetFloat(NULL).value)),
+                 std::max(info->power, nominal.GetFloat(NULL).value));
+        output->SetValue(unchanged ? own : nominal);
     __point
     __treat
+}
+
+void TZulEmitterDialog::SetRange(double least, double most)
+{
+    range->SetRange(least, most);
+    output->SetTip(range->Hint().c_str());
 }
 
 void TZulEmitterDialog::Button(int id)

@@ -31,6 +31,14 @@ struct VECTOR {
     VECTOR operator-() const { return {-x, -y}; }
 };
 
+enum { FARTHEST = 1 << 28 }; // px, as far as the axes place anything
+
+/// A model's length comes from a file: it may be of any size.
+int Pixels(double value)
+{
+    return std::clamp<int>(EdcNearest(value), -FARTHEST, FARTHEST);
+}
+
 TPoint Moved(TPoint p, const VECTOR &v)
 {
     return {p.x + EdcNearest(v.x), p.y + EdcNearest(v.y)};
@@ -115,11 +123,12 @@ TPoint TZulEmitterSprite::HalfVector(double rotation) const
     double half = emittObj->model->Info()->size.x / 2;
     double x = half * std::cos(rotation) * Axes().xScale;
     double y = -half * std::sin(rotation) * Axes().yScale;
-    double a = ly->minThick + ly->markerX;
-    double b = ly->minThickY + ly->markerY;
-    if (x * x / (a * a) + y * y / (b * b) <= 1)
+    int a = ly->minThick + ly->markerX;
+    int b = ly->minThickY + ly->markerY;
+    TPoint vector = {Pixels(x), Pixels(y)};
+    if (ZulInEllipse(vector, {}, a, b))
         return {EdcNearest(a * std::cos(-rotation)), EdcNearest(b * std::sin(-rotation))};
-    return {EdcNearest(x), EdcNearest(y)};
+    return vector;
 }
 
 void TZulEmitterSprite::Layout(TDC &dc)
@@ -130,7 +139,7 @@ void TZulEmitterSprite::Layout(TDC &dc)
         hasModel = emittObj->model != NULL;
         isTilted = emittObj->tilt != 0;
         double width = hasModel ? emittObj->model->Info()->size.y * Axes().xScale : 0;
-        thick = std::max(EdcNearest(std::fabs(width)), ly->minThick);
+        thick = std::max(Pixels(std::fabs(width)), ly->minThick);
         thin = std::max(thick / 3, ly->minThin);
         thinner = std::max(thick / 6, ly->minThin);
         TPoint half = HalfVector(emittObj->rotation);
@@ -190,6 +199,7 @@ TEdcDrawSprite *TZulEmitterSprite::Apply(TEdcDrawDrag &drag)
     __enter
         ASSERT(emittObj != NULL);
         if (drag.mode & EDC_DRAWDRAGCOPY) {
+            ASSERT_AS(layer != NULL, "ly != NULL");
             dragObj = new TZulEmitterSprite(*this); __test;
             EdcSelectCopy(*this, *dragObj); __test;
         }
