@@ -15,6 +15,7 @@
 #include <chrono>
 #include <climits>
 #include <cstdlib>
+#include <new>
 #include <unistd.h>
 #include <utility>
 
@@ -47,13 +48,18 @@ void ShowMessage(const char *text, bool error)
                error ? WIN_ICON_STOP : WIN_ICON_INFORMATION);
 }
 
+/// A repair section may call it, so what its line has no memory for is not shown.
 void ShowStatus(const char *text, bool beep)
 {
     if (beep)
         WinBeep();
     TApplication *application = TApplication::Current();
-    if (application && application->StatusWindow())
-        application->StatusWindow()->SetText(text);
+    try {
+        if (application && application->StatusWindow())
+            application->StatusWindow()->SetText(text);
+    } catch (const std::bad_alloc &) {
+        application->StatusWindow()->Invalidate();
+    }
 }
 
 /// Nothing is saved or repaired, no destructor runs.

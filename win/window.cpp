@@ -33,6 +33,7 @@ enum { RETRY_TIME = 20 };     // ms between two looks whether a repair section h
 constexpr double NOTCH = 120; // the toolkit's units of one notch
 
 TWindow *captureWindow = NULL; // view; who has the mouse
+int paintsUnderWay = 0;
 
 QWidget *ToWidget(TNativeWidget *widget)
 {
@@ -52,11 +53,10 @@ TRect FromQt(const QRect &r)
 /// All toolkit units that the device pixels touch.
 QRect Outward(const TRect &r, double ratio)
 {
-    int left = static_cast<int>(std::floor(r.left / ratio));
-    int top = static_cast<int>(std::floor(r.top / ratio));
-    int right = static_cast<int>(std::ceil(r.right / ratio));
-    int bottom = static_cast<int>(std::ceil(r.bottom / ratio));
-    return {left, top, right - left, bottom - top};
+    auto floor = [ratio](int v) { return static_cast<int>(std::floor(v / ratio)); };
+    auto ceil = [ratio](int v) { return static_cast<int>(std::ceil(v / ratio)); };
+    int left = floor(r.left), top = floor(r.top);
+    return {left, top, ceil(r.right) - left, ceil(r.bottom) - top};
 }
 
 /// All device pixels that the toolkit's units touch.
@@ -503,8 +503,10 @@ void TWindow::Impl::PaintInvalid()
     bool erased = std::exchange(erase, false);
     area->ShowDamage();
     painting = true;
+    ++paintsUnderWay;
     QPointer<Area> alive = area;
     XCODE failed = GuardedFailure([&] { PaintNow(region, erased); });
+    --paintsUnderWay;
     if (failed != XNULL) // a box must not open within a paint event
         QTimer::singleShot(0, qApp, [failed] { ReportFailure(failed); });
     if (!alive || !alive->impl)
@@ -643,13 +645,12 @@ void TWindow::InvalidateRect(const TRect &rect, bool erase)
 
 void TWindow::UpdateWindow()
 {
-    if (!impl->area) {
-        if (impl->widget)
-            impl->widget->repaint();
+    if (!impl->area && impl->widget)
+        impl->widget->repaint();
+    if (!impl->area)
         return;
-    }
     impl->area->ShowDamage();
-    if (NeedsPaint())
+    if (NeedsPaint() && paintsUnderWay == 0) // else the next paint event does it
         impl->area->viewport()->repaint(Outward(FromQt(impl->invalid.boundingRect()), impl->Ratio()));
 }
 

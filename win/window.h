@@ -72,7 +72,8 @@ public:
     int Dpi() const;             // of the backing image: 96 times the display scale, rounded
     void Invalidate(bool erase = true);
     void InvalidateRect(const TRect &rect, bool erase = true);
-    void UpdateWindow(); // paints what is invalid now
+    /// Paints what is invalid now; within the paint event of any window, behind that.
+    void UpdateWindow();
     bool NeedsPaint() const;
     void SetCapture();
     void ReleaseCapture();

@@ -261,6 +261,27 @@ TEST(Window, InvalidRegionReachesPaintOnceAndOnlyFromThePaintEvent)
     EXPECT_EQ(canvas.painted, "(0,0 2,2) ");
 }
 
+TEST(Window, WhatIsUpdatedWithinThePaintingOfAnotherWindowIsPaintedBehindIt)
+{
+    Canvas bar, window;
+    bar.Open();
+    window.Open();
+    std::string within;
+    window.paint = [&](TDC &, const TRect &) {
+        bar.Invalidate();
+        bar.UpdateWindow();
+        within = bar.painted;
+    };
+    window.Invalidate();
+    window.UpdateWindow();
+    EXPECT_EQ(within, "");
+    testdoor::Settle();
+    EXPECT_EQ(bar.painted, "(0,0 61,43)e ");
+    bar.Invalidate();
+    bar.UpdateWindow();
+    EXPECT_EQ(bar.painted, "(0,0 61,43)e (0,0 61,43)e ") << "at once, as ever";
+}
+
 TEST(Window, DistantRectanglesArePaintedApart)
 {
     Canvas canvas;
