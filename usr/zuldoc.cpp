@@ -44,11 +44,11 @@ TZulDoc::~TZulDoc()
 {
     __enter
         CloseBlock(); __test;
-        ClearDocument(); __test;
     __point
         __repair;
         __report;
     __treat
+    ClearDocument();
 }
 
 void TZulDoc::SetModified()
@@ -100,6 +100,7 @@ bool TZulDoc::ReadFile(const char *name)
         room = NULL;
         file.Close();
         StatusMessage(GetResString(TEXT_NOT_OPENED), static_cast<const char *>(CdeFILENAME(name).GetName()));
+        revisionShown = true; // what was just said stays in the empty window
     __treat
     return done;
 }
@@ -202,25 +203,30 @@ const char *TZulDoc::FileType()
     return fileType;
 }
 
-/// The logo over the whole window, and its revision in the status bar. Without its logo the program does not
-/// run: the failure is shown behind the paint event, and the program ends after that.
+/// The logo in the middle of the window, and its revision in the status bar. Without its logo the program does
+/// not run. No message box may open within a paint event, so a command of the program's own shows the failure
+/// and ends the program; where there is no frame to post it to, the failure goes on to the caller.
 void TZulDoc::PaintEmpty(TDC &dc, const TRect &)
 {
     static bool isPainting = false;
-    if (isPainting || logoMissing)
+    if (isPainting)
         return;
     isPainting = true;
     __enter
         TRect client = GetClientRect();
         dc.FillRect(client, SolidBrush(emptyColor));
-        logo.Open(logoName); __test;
-        logo.Size(dc, {client.Width(), client.Height()}, 1.0); __test;
-        logo.Place(5, 5);
-        logo.Paint(dc); __test;
-        ShowRevision(); __test;
+        if (logoFailure == XNULL) {
+            logo.Open(logoName); __test;
+            logo.Size(dc, {client.Width(), client.Height()}, 1.0); __test;
+            logo.Place(5, 5);
+            logo.Paint(dc); __test;
+            ShowRevision(); __test;
+        }
     __point
-        logoMissing = true;
-        PostNoLogo();
+        if (PostNoLogo()) {
+            logoFailure = xCode;
+            __repair;
+        }
     __treat
     isPainting = false;
 }

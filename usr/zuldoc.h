@@ -3,6 +3,7 @@
 #ifndef USR_ZULDOC_H
 #define USR_ZULDOC_H
 
+#include "lib/xfail.h"
 #include "usr/edcbase2.h"
 #include "usr/zulartic.h"
 #include "usr/zulroom.h"
@@ -78,7 +79,8 @@ private:
     // zuldoc_commands.cpp
     bool Perform(int id);
     bool EditData(int id);
-    void PostNoLogo();
+    bool PostNoLogo();
+    void EndWithoutLogo();
 
     // Views of the chain's blocks and groups; a group is named by its first block.
     TZulArticleBlock *headBlk = NULL;
@@ -108,8 +110,8 @@ private:
     TZulRoomPalette palette;
     TZulMapInfo mapInfo;
     TZulNewData newSizes;
-    TEdcLogo logo; // of the empty window
-    bool logoMissing = false;
+    TEdcLogo logo;             // of the empty window
+    XCODE logoFailure = XNULL; // why there is no logo: the program is about to end
     bool revisionShown = false;
     char fileType[64] = "";
 };

@@ -9,6 +9,7 @@
 #include "win/application.h"
 #include "win/boxes.h"
 #include "win/frame.h"
+#include "win/guard.h"
 #include "win/shell.h"
 
 #include "lib/xon.h"
@@ -16,7 +17,7 @@
 namespace
 {
 enum {
-    COMMAND_NO_LOGO = 1501, // the program's own: its logo is missing and the user has read so
+    COMMAND_NO_LOGO = 1501, // the program's own: its logo is missing
     COMMAND_ARTICLE = 1503,
     COMMAND_PERIOD = 1505,
     COMMAND_INSULATION = 1507,
@@ -66,11 +67,14 @@ void EditCatalog()
     __treat
 }
 
-void PostToFrame(int id)
+/// False where there is no frame.
+bool PostToFrame(int id)
 {
     TApplication *application = TApplication::Current();
-    if (application && application->MainWindow())
-        application->MainWindow()->PostCommand(id);
+    if (!application || !application->MainWindow())
+        return false;
+    application->MainWindow()->PostCommand(id);
+    return true;
 }
 } // namespace
 
@@ -104,7 +108,7 @@ bool TZulDoc::Perform(int id)
     __enter
         switch (id) {
         case COMMAND_NO_LOGO:
-            TApplication::Current()->Quit(1);
+            EndWithoutLogo();
             break;
         case COMMAND_HOLE_TYPES:
             EditCatalog<TZulHoleTypeCatalog>();
@@ -207,8 +211,15 @@ void TZulDoc::EnableCommand(TCommandEnabler &ce)
     }
 }
 
-/// The failure itself is shown behind the paint event that met it; the command comes after that.
-void TZulDoc::PostNoLogo()
+bool TZulDoc::PostNoLogo()
 {
-    PostToFrame(COMMAND_NO_LOGO);
+    return PostToFrame(COMMAND_NO_LOGO);
+}
+
+void TZulDoc::EndWithoutLogo()
+{
+    if (logoFailure == XNULL)
+        return;
+    ReportFailure(logoFailure);
+    TApplication::Current()->Quit(1);
 }
