@@ -7,6 +7,7 @@
 #include "win/utf8.h"
 #include "win/window.h"
 
+#include <QAbstractItemView>
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
@@ -139,7 +140,13 @@ public:
     {
         return FromUtf8(dialog.nameFilters().join('\n').toStdString().c_str());
     }
-    void SetFileName(const std::string &path) override { Field()->setText(QString::fromStdString(path)); }
+    /// As typing does it: what is marked in the list counts no longer.
+    void SetFileName(const std::string &path) override
+    {
+        for (auto *list : dialog.findChildren<QAbstractItemView *>())
+            list->clearSelection();
+        Field()->setText(QString::fromStdString(path));
+    }
     std::string FileName() const override { return Field()->text().toStdString(); }
     void Cancel() override { dialog.reject(); }
     void Answer(int id) override { id == WIN_ID_OK ? dialog.accept() : dialog.reject(); }
