@@ -380,3 +380,20 @@ TEST_F(Boxes, DialogsLeaveNoTraceInTheUsersFolder)
     EXPECT_EQ(folder.List(), std::set<std::string>{"halle.sc1"});
 }
 } // namespace
+
+TEST(BoxSink, TakesBoxesInThePlaceOfAPersonAndAnswersAsEsc)
+{
+    TestApplication();
+    static std::string heard;
+    heard.clear();
+    BoxSink former =
+        SetBoxSink([](const char *text, bool error) { heard += std::string(text) + (error ? "! " : ". "); });
+    EXPECT_EQ(MessageBox(NULL, "Platte voll", "x", WIN_BOX_OK, WIN_ICON_STOP), WIN_ID_OK);
+    EXPECT_EQ(MessageBox(NULL, "Sichern", "x", WIN_BOX_YESNOCANCEL, WIN_ICON_QUESTION), WIN_ID_CANCEL);
+    EXPECT_EQ(MessageBox(NULL, "Weg damit", "x", WIN_BOX_YESNO, WIN_ICON_QUESTION), WIN_ID_NO);
+    EXPECT_EQ(heard, "Platte voll! Sichern. Weg damit. ");
+    SetBoxSink(former);
+    EXPECT_EQ(former, nullptr);
+    EXPECT_EQ(MessageBox(NULL, "wieder", "x", WIN_BOX_OK, WIN_ICON_STOP), WIN_ID_OK);
+    EXPECT_EQ(testdoor::UnexpectedBoxes(), 1) << "a box again";
+}
