@@ -18,6 +18,14 @@ enum { TEXT_NOTHING = 20510, TEXT_CHOICE = 20511, TEXT_MODEL_TIP = 2011, TEXT_RE
 constexpr double MOST = std::numeric_limits<double>::max(); // as good as no bound
 constexpr double TILT_MAX = 89;                             // degrees
 
+/// An entry that stands for no text of its own: Add() shows one that is undefined as empty.
+void AddStandIn(TEdcComboBox &box, int id, int text)
+{
+    int entry = box.AddString(GetResString(text));
+    if (entry >= 0)
+        box.SetItemData(entry, id);
+}
+
 /// The models of the folder, and what stands for none and for several.
 class ModelBox : public TEdcComboBox
 {
@@ -34,8 +42,8 @@ public:
         TEdcComboBox::SetupWindow();
         __enter
             if (editing)
-                AddRes(EDC_VUDF, TEXT_CHOICE);
-            AddRes(EDC_VNUL, TEXT_NOTHING);
+                AddStandIn(*this, EDC_VUDF, TEXT_CHOICE);
+            AddStandIn(*this, EDC_VNUL, TEXT_NOTHING);
             ModelList(MODEL_OPEN); __test;
             for (;;) {
                 const EmMODELINFO *info = ModelList(MODEL_NAME); __test;
@@ -52,12 +60,6 @@ public:
     }
 
 private:
-    void AddRes(int id, int text)
-    {
-        TEdcShortStr entry;
-        entry.SetRes(id, text);
-        Add(entry);
-    }
     bool editing;
 };
 
@@ -130,12 +132,12 @@ void TZulEmitterDialog::FillOutputs(const TEdcShortStr &name)
 /// Without a model nothing is left to choose: there is no power, or each emitter keeps its own.
 void TZulEmitterDialog::ShowFixed(int modelId)
 {
-    TEdcShortStr fixed = OutputText(0);
-    if (modelId == EDC_VUDF)
-        fixed.SetRes(EDC_VUDF, TEXT_CHOICE);
     SetRange(0, 0);
-    output->Add(fixed);
-    output->SetValue(fixed);
+    if (modelId == EDC_VUDF)
+        AddStandIn(*output, EDC_VUDF, TEXT_CHOICE);
+    else
+        output->Add(OutputText(0));
+    output->SetSelIndex(0);
 }
 
 /// The record's own output goes with the record's model, another model comes with its nominal one. Of a damaged
@@ -147,11 +149,8 @@ void TZulEmitterDialog::OfferOutputs(const char *name)
         TEdcShortStr shown;
         if (unchanged)
             shown = own;
-        if (editing && unchanged) {
-            TEdcShortStr choice;
-            choice.SetRes(EDC_VUDF, TEXT_CHOICE);
-            output->Add(choice);
-        }
+        if (editing && unchanged)
+            AddStandIn(*output, EDC_VUDF, TEXT_CHOICE);
         output->SetValue(shown);
         SetRange(0, MOST);
         const EmMODELINFO *info = ModelInfo(name); __test;

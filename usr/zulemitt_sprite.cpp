@@ -23,8 +23,8 @@ struct VECTOR {
     double Length() const { return std::hypot(x, y); }
     VECTOR Scaled(double length) const
     {
-        double factor = Length() > 0 ? length / Length() : 0;
-        return {x * factor, y * factor};
+        double present = Length();
+        return present > 0 ? VECTOR{x * length / present, y * length / present} : VECTOR{0, 0};
     }
     VECTOR TurnedBack() const { return {y, -x}; } // a quarter turn, counter-clockwise on the screen
     VECTOR TurnedOn() const { return {-y, x}; }

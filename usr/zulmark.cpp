@@ -111,8 +111,8 @@ bool ZulInEllipse(TPoint point, TPoint centre, int a, int b)
 void ZulRoundRect(TDC &dc, const TRect &rect, int x, int y)
 {
     enum { CORNERS = 4, STEPS = 6 }; // points of a quarter of the ellipse
-    double a = std::min(x, rect.Width()) / 2.0;
-    double b = std::min(y, rect.Height()) / 2.0;
+    double a = std::clamp(rect.Width() - 1, 0, std::max(0, x)) / 2.0;
+    double b = std::clamp(rect.Height() - 1, 0, std::max(0, y)) / 2.0;
     TPoint points[CORNERS * STEPS];
     for (int i = 0; i < CORNERS * STEPS; ++i) {
         int corner = i / STEPS; // right lower, left lower, left upper, right upper

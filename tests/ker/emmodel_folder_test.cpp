@@ -166,6 +166,29 @@ TEST(ModelListing, ShowsEveryModelInOrderAndDamagedOnesWithTheirNameAlone)
     EXPECT_EQ(TakeOff(), XFOPEN);
 }
 
+TEST(ModelListing, ByNameAloneIsTheSameListAndReadsNoFile)
+{
+    ModelFolder folder;
+    folder.Put("b.gim", SmallModel());
+    folder.Put("a.GIM", SmallModel());
+    folder.Put("kaputt.gim", "IE/GIM");
+    folder.Put("kein.pdf", SmallModel());
+    FaultArm noFiles(FAULT::OPEN, 1, true);
+    for (int run = 0; run < 2; ++run) {
+        NAMES names;
+        ModelList(MODEL_OPEN);
+        while (const EmMODELINFO *info = ModelList(MODEL_NAME)) {
+            names.emplace_back(info->name);
+            EXPECT_EQ(info->power, 0);
+            EXPECT_STREQ(info->description, "");
+        }
+        EXPECT_EQ(names, (NAMES{"a", "b", "kaputt"}));
+        EXPECT_EQ(ModelList(MODEL_NAME), static_cast<EmMODELINFO *>(NULL));
+    }
+    EXPECT_EQ(FaultsFired(), 0);
+    EXPECT_STREQ(xCode, XNULL);
+}
+
 TEST(ModelListing, ADamagedModelHidesNothingOfTheOneListedBeforeIt)
 {
     ModelFolder folder;
