@@ -225,9 +225,12 @@ TPrintResult PrintJob::PrintedPage(int page, const TRect &rect)
     return IsStopped() ? WIN_PRINT_FAILED : state();
 }
 
+/// All pages are as many as there are by now: what was laid out for the paper may have more of them than what
+/// the dialog counted.
 TPrintResult PrintJob::PrintPages(QPagedPaintDevice &paper)
 {
     if (pages.from < 1) {
+        Call([this] { printout.GetDialogInfo(pages.min, pages.max, pages.from, pages.to); });
         pages.from = pages.min;
         pages.to = pages.max;
     }

@@ -144,8 +144,8 @@ bool AskForPrint(TWindow *owner, TNativeDevice *device, const std::string &title
     if (dialog.exec() != QDialog::Accepted)
         return false;
     bool some = dialog.printRange() == QAbstractPrintDialog::PageRange;
-    pages.from = some ? dialog.fromPage() : pages.min;
-    pages.to = some ? dialog.toPage() : pages.max;
+    pages.from = some ? dialog.fromPage() : 0;
+    pages.to = some ? dialog.toPage() : 0;
     pages.lastFirst = printer.pageOrder() == QPrinter::LastPageFirst;
     return true;
 }

@@ -13,7 +13,7 @@ class TWindow;
 struct TPrintPages {
     int min = 1;
     int max = 1;
-    int from = 0; // 0: nothing is proposed
+    int from = 0; // 0: nothing is proposed; as an answer, all pages
     int to = 0;
     bool lastFirst = false;
 };

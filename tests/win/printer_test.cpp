@@ -159,7 +159,7 @@ TEST_F(Printing, TheCallbacksComeInOrder)
 {
     Sheets sheets;
     ASSERT_TRUE(PrintTo(folder.Path("a.pdf"), sheets));
-    EXPECT_EQ(sheets.calls, "info begin has1 print1 has2 print2 has3 print3 end");
+    EXPECT_EQ(sheets.calls, "info begin info has1 print1 has2 print2 has3 print3 end");
     EXPECT_EQ(printer.Result(), WIN_PRINT_DONE);
     EXPECT_TRUE(sheets.hasDC);
     EXPECT_FALSE(sheets.HasDC()) << "the context goes with the job";
@@ -277,6 +277,22 @@ TEST_F(Printing, ThePrintDialogProposesTheTitleAsPdf)
     EXPECT_TRUE(std::filesystem::is_directory(std::filesystem::path(field).parent_path())) << field;
 }
 
+TEST_F(Printing, AllPagesAreThoseOfThePaper)
+{
+    for (bool prompt : {false, true}) {
+        Sheets sheets;
+        sheets.hookAt = "begin"; // where it is laid out for the paper
+        sheets.hook = [&sheets] { sheets.pages = 4; };
+        std::string path = folder.Path("alle.pdf");
+        if (prompt)
+            InPrintDialog([&](testdoor::ModalBox &box) { box.FileName(path); });
+        printer.SetPdf(path);
+        ASSERT_TRUE(printer.Print(NULL, sheets, prompt));
+        EXPECT_EQ(PdfPages(path).size(), 4u);
+        std::filesystem::remove(path);
+    }
+}
+
 TEST_F(Printing, TheChosenRangeIsPrinted)
 {
     const struct {
@@ -378,9 +394,10 @@ TEST_F(Printing, AFullDiskIsToldAndLeavesWhatWasThere)
         long long limit; // bytes; 3 are there already
         const char *calls;
     } rows[] = {
-        {3, "info begin has1 print1 end"},
-        {3 + total / 2, "info begin has1 print1 has2 print2 end"},
-        {3 + total - 1, "info begin has1 print1 has2 print2 has3 print3 end"}, // the file's own end is missing
+        {3, "info begin info has1 print1 end"},
+        {3 + total / 2, "info begin info has1 print1 has2 print2 end"},
+        {3 + total - 1,
+         "info begin info has1 print1 has2 print2 has3 print3 end"}, // the file's own end is missing
     };
     for (const auto &[limit, calls] : rows) {
         Sheets sheets;
@@ -442,7 +459,7 @@ TEST_F(Printing, AbortingEndsTheJobBeforeThePage)
         EXPECT_EQ(error, ErrorText("Druck abgebrochen."));
         EXPECT_EQ(shown, "abort|Druck|Jetzt drucke ich Seite " + std::to_string(page) +
                              "\nbis 3\n'Halle' auf\nPDF auf " + folder.Path("a.pdf") + "|Abbrechen");
-        std::string calls = "info begin";
+        std::string calls = "info begin info";
         for (int i = 1; i < page; ++i)
             calls += " has" + std::to_string(i) + " print" + std::to_string(i);
         EXPECT_EQ(sheets.calls, calls + " end");
@@ -477,10 +494,10 @@ TEST_F(Printing, AFailureOfACallbackEndsTheJobAndStaysPending)
     } rows[] = {
         {"info", "info"},
         {"begin", "info begin end"},
-        {"has2", "info begin has1 print1 has2 end"},
-        {"print1", "info begin has1 print1 end"},
-        {"print3", "info begin has1 print1 has2 print2 has3 print3 end"},
-        {"end", "info begin has1 print1 has2 print2 has3 print3 end"},
+        {"has2", "info begin info has1 print1 has2 end"},
+        {"print1", "info begin info has1 print1 end"},
+        {"print3", "info begin info has1 print1 has2 print2 has3 print3 end"},
+        {"end", "info begin info has1 print1 has2 print2 has3 print3 end"},
     };
     for (const auto &row : rows) {
         Sheets sheets;
