@@ -133,6 +133,7 @@ void TZulEmitterDialog::FillOutputs(const TEdcShortStr &name)
 void TZulEmitterDialog::ShowFixed(int modelId)
 {
     SetRange(0, 0);
+    output->SetTip("");
     if (modelId == EDC_VUDF)
         AddStandIn(*output, EDC_VUDF, TEXT_CHOICE);
     else

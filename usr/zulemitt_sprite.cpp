@@ -144,7 +144,8 @@ void TZulEmitterSprite::Layout(TDC &dc)
         thinner = std::max(thick / 6, ly->minThin);
         TPoint half = HalfVector(emittObj->rotation);
         VECTOR h = {static_cast<double>(half.x), static_cast<double>(half.y)};
-        VECTOR n = h.TurnedBack().Scaled((thick - thin) / 2.0 - 1);
+        VECTOR n =
+            h.TurnedBack().Scaled((thick - thin) / 2 - 1); // whole pixels: a rim stays outside of the line
         VECTOR a = h.Scaled(thick);
         VECTOR side = emittObj->tilt >= 0 ? n : -n;
         centre = Axes().ToDevice(desc.centre);

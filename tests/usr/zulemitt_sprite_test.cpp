@@ -64,7 +64,7 @@ FIGURE FigureOf(const EmEMITTER &e, const TEdcAxes &axes, const TZulEmitterLayer
     f.thinner = std::max(layer.minThin, f.thick / 6);
     f.centre = Rounded({axes.originX + e.pos.x * axes.xScale, axes.originY - e.pos.y * axes.yScale});
     VEC h = HalfOf(e, e.rotation, axes, layer);
-    VEC n = OfLength(h * VEC(0, -1), (f.thick - f.thin) / 2.0 - 1);
+    VEC n = OfLength(h * VEC(0, -1), (f.thick - f.thin) / 2 - 1);
     VEC a = OfLength(h, f.thick);
     f.endA = Offset(f.centre, h);
     f.endB = Offset(f.centre, -h);
@@ -257,6 +257,34 @@ TEST_F(EmitterSprites, TheHookShowsTheWayTheEmitterFacesAndIsTheSameOnBothTilts)
         EXPECT_NEAR(std::abs(out), level.thick, 1);
         VEC back = Vec(level.tipC) - Vec(level.tipB);
         EXPECT_NEAR(std::arg(back / ahead), AgPI / 2, 0.05); // and turns across the end
+    }
+}
+
+TEST_F(EmitterSprites, TheBrightLineLeavesARimOfTheBodyOutside)
+{
+    for (int thick = 5; thick < 40; ++thick) {
+        for (double turn : {0.0, AgPI / 2, AgPI, -AgPI / 2}) {
+            for (double tilt : {0.3, -0.3}) {
+                Scale(thick * 2); // of half a metre's width
+                TZulEmitterSprite *spr = Show("Lang", {0, 0, 5}, turn, tilt);
+                TMemoryDC picture({160, 160}, 96);
+                bool across = std::fabs(std::sin(turn)) > 0.5;
+                // A cut through the body beside its marker.
+                TPoint from = Figure(*spr).centre;
+                VEC along = Vec(Figure(*spr).endA) - Vec(from);
+                TPoint cut = Offset({80, 80}, along * 0.75);
+                picture.SetViewportOrg({80 - from.x - (cut.x - 80), 80 - from.y - (cut.y - 80)});
+                spr->Paint(picture);
+                std::string row;
+                for (int i = 0; i < 160; ++i)
+                    row += picture.Pixel(across ? TPoint{i, 80} : TPoint{80, i}) == WIN_BLACK ? '#' : '.';
+                size_t first = row.find('#'), last = row.rfind('#');
+                ASSERT_NE(first, std::string::npos);
+                EXPECT_EQ(last - first + 1, static_cast<size_t>(thick))
+                    << "turned " << turn; // a rim on both sides
+                EXPECT_EQ(std::count(row.begin(), row.end(), '#'), thick - std::max(1, thick / 3));
+            }
+        }
     }
 }
 
