@@ -3,8 +3,6 @@
 
 #include "win/dc.h"
 
-#include <cmath>
-
 namespace
 {
 enum { CORNERS = 4, CLOSED = 5 };
@@ -38,11 +36,11 @@ void TEdcDrawRect::Paint(TDC &dc)
     dc.Polygon(devCorners, CLOSED);
 }
 
-/// From the fixed corner the dragged one lies in another quadrant of the rectangle's own axes for each corner.
+/// The sides are what `d` is along the rectangle's own axes, each positive where its corner lies on that side.
+/// Without a turn they are exact: a corner that is put at stated coordinates gives the sides that these state.
 void TEdcDrawRect::Reshape(SHAPE &s, int corner, const AgVECTOR &d) const
 {
-    double a = std::atan2(d.y, d.x);
-    double r = d.Length();
-    const double own[CORNERS] = {a - AgPI - s.angle, s.angle - a, a - s.angle, AgPI - a + s.angle};
-    s.size = AgVECTOR(r * std::cos(own[corner]), r * std::sin(own[corner]));
+    static const double signs[CORNERS][2] = {{-1, -1}, {1, -1}, {1, 1}, {-1, 1}};
+    AgPOINT own = EdcTurned(d, -s.angle);
+    s.size = AgVECTOR(signs[corner][0] * own.x, signs[corner][1] * own.y);
 }

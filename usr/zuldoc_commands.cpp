@@ -63,6 +63,7 @@ void EditCatalog()
     __enter
         CATALOG catalog(NULL); __test;
         catalog.Edit(); __test;
+        catalog.Save(); __test;
     __point
     __treat
 }
