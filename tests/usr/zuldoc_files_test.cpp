@@ -261,6 +261,25 @@ TEST_F(Files, AMissingModelIsNamed)
     ExpectUsable();
 }
 
+TEST_F(Files, AHallWhosePlansLackTheirLogoStaysOpenAndCanBeSaved)
+{
+    MemDisk memory;
+    const std::string old = EncodeItems(WholeHall());
+    MemPut("/mem/halle.sc1", old);
+    Expect("Zulerion");
+    Open("/mem/halle.sc1");
+    EXPECT_NE(said.find("Torvane.lgo"), std::string::npos) << said;
+    ASSERT_NE(doc->Room(), nullptr);
+    EXPECT_EQ(frame->Caption(), "Zulerion - halle");
+    doc->SetModified();
+    Expect("Zulerion"); // the layout is still to be done
+    doc->EvCommand(SAVE);
+    EXPECT_FALSE(doc->modified);
+    EXPECT_TRUE(MemGet("/mem/halle.sc1") != old) << "the day has changed";
+    doc->EvCommand(CLOSE);
+    EXPECT_TRUE(HasNoDocument());
+}
+
 TEST_F(Files, AFileThatIsNoHallLeavesTheWindowUsable)
 {
     const std::string whole = BytesOf(Sample("Werkstatt"));

@@ -396,3 +396,29 @@ TEST_F(Document, ShowsTheUpdateDialogAndKeepsItsParametersAsLongAsTheHall)
     });
     doc->EvCommand(RECALC);
 }
+
+TEST_F(Document, BeginsAnUpdateThatFailedAgainWithItsDialog)
+{
+    static int asked;
+    static bool answer;
+    asked = 0;
+    answer = true;
+    TZulRoomBlock::askParams = [](TZulUpdateData &) {
+        ++asked;
+        return answer;
+    };
+    New("1", "1e9", "5"); // no memory holds its raster
+    Expect("Zulerion");
+    doc->EvCommand(RECALC);
+    EXPECT_EQ(said, "Ungenug Speicher!");
+    EXPECT_EQ(asked, 1);
+    EXPECT_EQ(doc->obsolete, EDC_RECALC);
+    EXPECT_EQ(status.Text(), "Auswertung l\xE4uft . . .") << "until the next text";
+    EXPECT_TRUE(ChainIsTheParts(*doc));
+    answer = false;
+    doc->Refresh(0);
+    EXPECT_EQ(asked, 2);
+    EXPECT_EQ(doc->obsolete, 0);
+    EXPECT_EQ(PartsThere(*doc), "ABCGIKMOQT");
+    EXPECT_TRUE(ChainIsTheParts(*doc));
+}
