@@ -84,6 +84,9 @@ void EdcApplyAbout(class TEdcDrawSprite &sprite, TEdcDrawDrag &drag);
 /// Tells the user where the pointer is (m), and what the running drag has come to; `drag` NULL for none.
 void EdcShowPointer(const AgPOINT &point, const TEdcDrawDrag *drag);
 void EdcHidePointer();
+/// Tells the user what the next click of a tool on a layer will do, where that does not stand there yet.
+void EdcShowTool(int toolId, const TEdcSpriteLayer *layer);
+void EdcHideTool();
 /// White and exclusive-or, without a brush: what is drawn twice with it leaves no trace.
 void EdcSetGhostPen(TDC &dc, TPenStyle style, int width = 1); // px
 void EdcInvertGhost(TDC &dc, const TPoint *points, int n);

@@ -64,6 +64,7 @@ void TEdcDrawGestureTool::LeftDown(TDC &dc, unsigned, TPoint point)
 
 void TEdcDrawGestureTool::MouseMove(TDC &dc, unsigned keys, TPoint point)
 {
+    EdcShowTool(Id(), layer);
     if (layer)
         EdcShowPointer(Place(point), NULL);
     if (!layer || leftState != PRESSED || outside || !IsMove(keys, point))

@@ -31,6 +31,9 @@ void TEdcDrawSelector::Activate(bool on)
     TEdcSpriteSelector::Activate(on);
     TEdcDrawSprite::ForgetDrag();
     EdcSwapCursor(on, activeNow, cursor, cursorSaved);
+    EdcHideTool();
+    if (on)
+        EdcShowTool(Id(), layer);
 }
 
 /// The cursor, and the pointer's place in the status bar.
@@ -38,6 +41,7 @@ void TEdcDrawSelector::Show(TPoint point)
 {
     if (activeNow && hasCopy)
         AppDocument()->SetCursor(TEdcDrawSprite::IsCopying() ? cursorCopy : cursor);
+    EdcShowTool(Id(), layer);
     if (layer)
         EdcShowPointer(static_cast<TEdcDrawLayer *>(layer)->Axes()->ToModel(point),
                        TEdcDrawSprite::RunningDrag());
@@ -79,6 +83,9 @@ TEdcDrawTool::TEdcDrawTool(int aId, int cursorId) : TEdcSpriteTool(aId), cursor(
 void TEdcDrawTool::Activate(bool on)
 {
     EdcSwapCursor(on, activeNow, cursor, cursorSaved);
+    EdcHideTool();
+    if (on)
+        EdcShowTool(Id(), layer);
 }
 
 TEdcDrawLayer *TEdcDrawTool::DrawLayer() const

@@ -92,7 +92,7 @@ TEdcDrawSprite *TZulZoneLayer::CreateSprite(const TEdcDrawCreation &creation)
     __enter
         bool can = creation.type == EDC_TlRECT && CanCreate(creation); __test;
         if (can) {
-            TEdcDrawCreation zone = creation;
+            TEdcDrawCreation zone = creation; __test;
             zone.flags |= TEdcDrawRect::FRAMEONLY;
             zone.type = ZUL_ZONE;
             spr = new TZulZoneSprite(zone); __test;
@@ -202,9 +202,9 @@ bool TZulZoneSprite::HitTest(TPoint point)
         return true;
     const TZulZoneLayer *ly = ZoneLayer();
     TPoint at = PersonAt();
-    int half = EdcNearest(ly->PersonHeight() * std::cos(AgPI / 4));
     int halfX = EdcNearest(ly->PersonHeight() * std::cos(AgPI / 4) * ly->PixelRatio());
-    return point.x >= at.x - halfX && point.x < at.x + halfX && point.y >= at.y - half && point.y < at.y + half;
+    int halfY = EdcNearest(ly->PersonHeight() * std::sin(AgPI / 4));
+    return TRect{at.x - halfX, at.y - halfY, at.x + halfX, at.y + halfY}.Contains(point);
 }
 
 void TZulZoneSprite::Paint(TDC &dc)

@@ -1,5 +1,6 @@
 // Random programs of gestures on a plan: with every event on no screen, followed by a plain model of geometry,
 // selection and focus; and as whole gestures in a window, which must leave what a fresh paint shows.
+#include "layerfaults.h"
 #include "plancase.h"
 #include "planmodel.h"
 #include "support/chance.h"
@@ -11,47 +12,6 @@
 
 namespace
 {
-/// What holds of a layer at any time; empty where it is sound.
-struct LayerLocks : TEdcSpriteLayer {
-    static bool Free(const TEdcSpriteLayer &ly)
-    {
-        return ly.*&LayerLocks::repaintLock == 0 && ly.*&LayerLocks::decorateLock == 0;
-    }
-};
-
-std::string FaultOfList(TEdcSprite *first, TEdcSprite *last, TEdcSprite *TEdcSprite::*prev,
-                        TEdcSprite *TEdcSprite::*next, int count, const char *name)
-{
-    TEdcSprite *former = NULL;
-    int left = count;
-    for (TEdcSprite *spr = first; spr; spr = spr->*next) {
-        if (spr->*prev != former || --left < 0)
-            return std::string(name) + " is not linked both ways";
-        former = spr;
-    }
-    return left == 0 && former == last ? "" : std::string(name) + " ends early";
-}
-
-std::string FaultOf(TEdcSpriteLayer &ly)
-{
-    int count = ly.CountLnk();
-    std::string fault =
-        FaultOfList(ly.LnkFirst(), ly.LnkLast(), &TEdcSprite::lnkPrev, &TEdcSprite::lnkNext, count, "creation");
-    fault +=
-        FaultOfList(ly.PntFirst(), ly.PntLast(), &TEdcSprite::pntPrev, &TEdcSprite::pntNext, count, "painting");
-    fault += FaultOfList(ly.SelFirst(), ly.SelLast(), &TEdcSprite::selPrev, &TEdcSprite::selNext, ly.CountSel(),
-                         "selection");
-    if (ly.Focus() && !ly.IsSelected(ly.Focus()))
-        fault += "the focus is not selected";
-    for (TEdcSprite *spr = ly.LnkFirst(); spr && fault.empty(); spr = spr->lnkNext) {
-        int expected = EDC_SsACTIVE * ly.IsActive() + EDC_SsSELECTED * ly.IsSelected(spr) +
-                       EDC_SsFOCUS * (spr == ly.Focus());
-        if (spr->state != expected || spr->layer != &ly)
-            fault = "a state does not fit";
-    }
-    return LayerLocks::Free(ly) ? fault : fault + "locked";
-}
-
 /// Draws nowhere. Ghosts are added up so that two equal ones come to nothing.
 class GhostSumDC : public TRecordDC
 {
