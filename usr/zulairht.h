@@ -16,10 +16,10 @@ struct TZulAirHeaterData {
     TEdcFloat length;              // m
     TEdcFloat width;               // m
     TEdcFloat height;              // m
-    EmAIRHEATERSET *target = NULL; // view
+    EmAIRHEATERSET *target = NULL; // view; where new ones go, NULL until a dialog was confirmed
 
     TZulAirHeaterData() { Reset(); }
-    void Reset();                               // no type, all numbers undefined
+    void Reset();                               // no type, all numbers undefined; the target stays
     void Exchange(int mode, EmAIRHEATER &unit); // EDC_XLOAD, EDC_XSTORE, EDC_XMERGE
 };
 

@@ -89,8 +89,10 @@ void *TZulObjectLayer<SPRITE, SET, DATA>::QueryCreation(int tool, bool first)
     void *params = NULL;
     __enter
         if (IsCreator(tool)) {
-            if (first)
+            if (first) {
                 stock.Reset();
+                stock.target = NULL; // nothing is stated any more
+            }
             bool confirmed = Ask(stock, tool); __test;
             if (confirmed)
                 stock.target = set;
