@@ -581,7 +581,10 @@ TEST_F(EmitterDialogs, ThousandsOfModelsAreListedWithoutALookIntoTheirFiles)
     enum { COUNT = 2000 };
     for (int i = 0; i < COUNT; ++i)
         home.Put(EdcFormat("Modell %04d", i), "no model at all");
-    Create([this](DialogBox &box) {
+    std::optional<FaultArm> noReading(std::in_place, FAULT::READ, 1, true);
+    Create([&](DialogBox &box) {
+        EXPECT_EQ(FaultsFired(), 0);
+        noReading.reset();
         TEXTS entries = box.Entries(MODEL);
         ASSERT_EQ(entries.size(), 3U + COUNT);
         EXPECT_EQ(entries[0], "(nichts)");
