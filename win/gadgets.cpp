@@ -167,6 +167,8 @@ void TControlBar::IdleEnable(TDecoratedFrame &frame)
         TCommandEnabler enabler(button->command);
         frame.EvCommandEnable(enabler);
         button->setEnabled(enabler.IsAnswered() && enabler.IsEnabled());
+        if (!enabler.IsChecked())
+            button->setChecked(false); // a button that is no longer checkable would not paint itself anew
         button->setCheckable(enabler.IsChecked());
         button->setChecked(enabler.IsChecked());
     }

@@ -156,6 +156,24 @@ TEST_F(Bars, IdleTimeShowsWhatIsAllowedAndTicked)
     EXPECT_FALSE(Button(102).checked);
 }
 
+TEST_F(Bars, TickThatGoesIsGoneFromTheScreen)
+{
+    client.allowed = {101, 102};
+    testdoor::IdleStep();
+    testdoor::Settle();
+    std::vector<TColor> plain = testdoor::ShownPixels(tools);
+    for (int command : {101, 102}) {
+        client.ticked = {command};
+        testdoor::IdleStep();
+        testdoor::Settle();
+        EXPECT_NE(testdoor::ShownPixels(tools), plain) << command;
+    }
+    client.ticked.clear();
+    testdoor::IdleStep();
+    testdoor::Settle();
+    EXPECT_EQ(testdoor::ShownPixels(tools), plain);
+}
+
 TEST_F(Bars, ClickOnATickedButtonLeavesTheTickToTheClient)
 {
     client.allowed = {101};
