@@ -235,9 +235,11 @@ void TZulRoomBlock::Open()
     sprites.Resume(true);
 }
 
+/// The tool is forgotten: opening begins with the selector, and a creator that was handed over first would ask
+/// for properties.
 void TZulRoomBlock::Close()
 {
-    sprites.Suspend(false);
+    sprites.Suspend(true);
 }
 
 bool TZulRoomBlock::DoCommand(int id)

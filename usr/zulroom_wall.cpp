@@ -77,9 +77,11 @@ void TZulWallBlock::Open()
     sprites.Resume(true);
 }
 
+/// The tool is forgotten: opening begins with the selector, and a creator that was handed over first would ask
+/// for properties.
 void TZulWallBlock::Close()
 {
-    sprites.Suspend(false);
+    sprites.Suspend(true);
 }
 
 bool TZulWallBlock::DoCommand(int id)

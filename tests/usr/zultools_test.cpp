@@ -76,11 +76,11 @@ protected:
         doc->EvCommandEnable(enabler);
         return enabler.IsEnabled();
     }
-    /// A tool that asks for properties gets its answer.
-    void Choose(int id, bool asks, int answer = WIN_ID_CANCEL)
+    /// A tool that asks for properties gets none.
+    void Choose(int id, bool asks)
     {
         if (asks)
-            testdoor::Script([=](testdoor::ModalBox &face) { face.Answer(answer); });
+            testdoor::Script([](testdoor::ModalBox &face) { face.Answer(WIN_ID_CANCEL); });
         doc->EvCommand(id);
     }
     std::string Told() const { return ToUtf8(status.Text().c_str()); }
@@ -174,6 +174,22 @@ TEST_F(PlanTools, BeginAnewWheneverThePlanIsOpened)
     EXPECT_EQ(May(layerIds), "2001* 3001 5001");
     EXPECT_EQ(May(toolIds), "21011* 21503 21511");
     EXPECT_EQ(layer.CountSel(), 0) << "nothing is selected any more";
+}
+
+TEST_F(PlanTools, ThatWereLeftWithAPlanAskNothingWhenItIsOpenedAgain)
+{
+    OpenFloor();
+    doc->EvCommand(HOLES);
+    Choose(STOCK, true);
+    doc->CloseBlock();
+    OpenPlan(doc->RoomBlock()); // a dialog would be unexpected
+    EXPECT_EQ(May(toolIds), "21011* 21503 21511");
+    TZulWallBlock *wall = Walls()[2];
+    OpenPlan(wall);
+    Choose(RECT, true);
+    OpenPlan(doc->RoomBlock());
+    OpenPlan(wall);
+    EXPECT_EQ(May(toolIds), "21011* 21503 21511 21515");
 }
 
 TEST_F(PlanTools, NeverWorkOnTheWarmAirUnits)
