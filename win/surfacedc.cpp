@@ -26,7 +26,8 @@ namespace
 constexpr int PEN_MAX = 10000; // px; a pen wider than that hides all there is
 // px from the corner; the painter's strokes are cut to that, because it gives up patterns on longer ones
 constexpr int PEN_REACH = 1 << 15;
-constexpr int CELL = 8; // px, of hatches and patterns
+constexpr int CELL = 8;        // px, of hatches and patterns
+constexpr int SCREEN_DPI = 96; // a cell is as large on paper as at this resolution
 
 QRect ToQt(const TRect &r)
 {
@@ -391,11 +392,14 @@ void Canvas::FillRuns(const TRuns &runs, const Passes &passes)
     Damage(BoundsOf(runs));
 }
 
+/// Cells of a printer's own pixels would be too fine to be told apart.
 void Canvas::FillPath(const QPainterPath &path, const TBrush &brush)
 {
-    for (const Pass &pass : PassesOf(brush, state, mix)) {
+    const int scale = IsPaper() ? std::max(1, surface.DpiX() / SCREEN_DPI) : 1;
+    for (Pass &pass : PassesOf(brush, state, mix)) {
         QPainter &painter = Painter(pass.mix);
         painter.setBrushOrigin(state.brushOrigin.x, state.brushOrigin.y);
+        pass.brush.setTransform(QTransform::fromScale(scale, scale));
         painter.fillPath(path, pass.brush);
         Damage(Around(path.boundingRect()));
     }
