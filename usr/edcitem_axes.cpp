@@ -18,7 +18,7 @@ namespace
 {
 enum { DIGITS_MAX = 8, EXPONENT_MAX = 300 };
 enum { FARTHEST = 1 << 28 }; // px: beyond any device, and sums of such places are still integers
-const double NOISE = 1e-5; // of a step: what rounding may do to it, or to its multiples at the range's ends
+const double NOISE = 1e-5;   // of a step: what rounding may do to it, or to its multiples at the range's ends
 
 double NearestMultiple(double value, double step)
 {
