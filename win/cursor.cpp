@@ -16,7 +16,7 @@ QCursor PictureCursor(int id, double ratio)
         return {Qt::ArrowCursor};
     QImage image(reinterpret_cast<const uchar *>(drawn.pixels.data()), drawn.size.cx, drawn.size.cy,
                  QImage::Format_ARGB32_Premultiplied);
-    QPixmap pixmap = QPixmap::fromImage(image);
+    QPixmap pixmap = QPixmap::fromImage(image.copy()); // some platforms keep the image, and read it much later
     pixmap.setDevicePixelRatio(ratio);
     return QCursor(pixmap, qRound(drawn.hot.x / ratio), qRound(drawn.hot.y / ratio));
 }
