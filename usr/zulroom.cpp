@@ -45,12 +45,11 @@ EmBOX PlanBounds(const EmROOM &room)
 bool (*TZulRoomBlock::askParams)(TZulUpdateData &params) = NULL;
 
 TZulRoomBlock::TZulRoomBlock(EmROOM *aRoom, TZulMapInfo *anInfo, TZulRoomPalette *aPalette, const char *aTitle)
-    : room(Needed(aRoom)), emittLayer(room->Emitters(), &axes), airhtLayer(room->AirHeaters(), &axes),
-      holeLayer(room->Surfaces()->Floor()->Holes(), &axes), zoneLayer(room->Zones(), &axes), sprites(this),
-      palette(aPalette), info(anInfo), head(aTitle)
+    : TZulPlanBlock(aTitle), room(Needed(aRoom)), emittLayer(room->Emitters(), &axes),
+      airhtLayer(room->AirHeaters(), &axes), holeLayer(room->Surfaces()->Floor()->Holes(), &axes),
+      zoneLayer(room->Zones(), &axes), palette(aPalette), info(anInfo)
 {
     ASSERT_AS(anInfo != NULL && aPalette != NULL, "info != NULL && palette != NULL");
-    ZulSetUpAxes(axes);
     AddLayers();
 }
 
@@ -204,50 +203,4 @@ void TZulRoomBlock::PaintPlan(TDC &dc, const TRect &part)
         ZulFrame(dc, axes, AgE0, room->Surfaces()->Floor()->size);
     __point
     __treat
-}
-
-void TZulRoomBlock::Paint(TDC &dc, const TRect &part)
-{
-    __enter
-        PaintPlan(dc, part); __test;
-        sprites.Paint(dc, part); __test;
-    __point
-    __treat
-}
-
-/// On paper the map comes below everything else, for what it covers stays covered there.
-void TZulRoomBlock::Print(TDC &dc, const TRect &part)
-{
-    std::unique_ptr<TEdcPicture> printed;
-    printed.swap(picture);
-    __enter
-        if (printed != NULL && ShowsMap())
-            printed->Print(dc);
-        PaintPlan(dc, part); __test;
-        sprites.PaintPlain(dc, part); __test;
-    __point
-    __treat
-    printed.swap(picture);
-}
-
-void TZulRoomBlock::Open()
-{
-    sprites.Resume(true);
-}
-
-/// The tool is forgotten: opening begins with the selector, and a creator that was handed over first would ask
-/// for properties.
-void TZulRoomBlock::Close()
-{
-    sprites.Suspend(true);
-}
-
-bool TZulRoomBlock::DoCommand(int id)
-{
-    return sprites.Command(id);
-}
-
-void TZulRoomBlock::EnableCommand(TCommandEnabler &ce)
-{
-    sprites.CommandEnable(ce);
 }

@@ -176,30 +176,59 @@ private:
     TPoint topLeft, bottomRight; // px
 };
 
+/// A drawn block of the report: a plan with layers above it. On paper the picture comes first, for what it
+/// covers stays covered there, and the layers show as nobody's choice.
+class TZulDrawnBlock : public TEdcBlock
+{
+public:
+    explicit TZulDrawnBlock(const char *aTitle);
+    void Paint(TDC &dc, const TRect &part) override;
+    void Print(TDC &dc, const TRect &part) override;
+
+    const TEdcPicture *Picture() const { return picture.get(); }
+    TEdcSpriteManager &Sprites() { return sprites; } // for tests and whoever drives the plan
+    TEdcAxes &Axes() { return axes; }
+
+protected:
+    /// All but the layers.
+    virtual void PaintPlan(TDC &dc, const TRect &part) = 0;
+    virtual bool ShowsMap() const { return true; }
+
+    TEdcAxes axes;
+    TEdcSpriteManager sprites;
+    std::unique_ptr<TEdcPicture> picture; // NULL without a map
+    TZulPlanHead head;
+};
+
+/// A drawn block that opens for editing, with the tools of a plan.
+class TZulPlanBlock : public TZulDrawnBlock
+{
+public:
+    using TZulDrawnBlock::TZulDrawnBlock;
+    void Open() override;
+    void Close() override;
+    bool DoCommand(int id) override;
+    void EnableCommand(TCommandEnabler &ce) override;
+
+protected:
+    TZulPlanTools tools;
+};
+
 /// The floor plan. Its Update is the evaluation.
-class TZulRoomBlock : public TEdcBlock
+class TZulRoomBlock : public TZulPlanBlock
 {
 public:
     TZulRoomBlock(EmROOM *aRoom, TZulMapInfo *anInfo, TZulRoomPalette *aPalette, const char *aTitle);
     ~TZulRoomBlock() override;
     void Update(bool partial) override;
     void Layout(TDC &dc, TEdcSize &trueSize, double viewScale) override;
-    void Paint(TDC &dc, const TRect &part) override;
-    void Print(TDC &dc, const TRect &part) override;
-    void Open() override;
-    void Close() override;
-    bool DoCommand(int id) override;
-    void EnableCommand(TCommandEnabler &ce) override;
 
     EmROOM *Room() const { return room; }
     TZulRoomPalette *Palette() const { return palette; }
     const TZulMapInfo *Info() const { return info; }
     bool IsValid() const { return valid; } // an evaluation has run in the last update
     const ZulPassMap &Map() const { return map; }
-    const TEdcPicture *Picture() const { return picture.get(); } // NULL without a map
     const TColorScale *Scale() const { return scale.get(); }
-    TEdcSpriteManager &Sprites() { return sprites; } // for tests and whoever drives the plan
-    TEdcAxes &Axes() { return axes; }
     TZulUpdateData params;
 
     /// Asks for the parameters of a run, true where it is to be made. NULL: the dialog asks; a program without
@@ -210,94 +239,71 @@ private:
     bool AsksForRun();
     void Evaluate();
     void DropMap();
-    bool ShowsMap() const;
+    bool ShowsMap() const override;
     int LayoutFoot(TDC &dc, const TRect &foot, double viewScale);
-    void PaintPlan(TDC &dc, const TRect &part);
+    void PaintPlan(TDC &dc, const TRect &part) override;
 
     void AddLayers();
 
     EmROOM *room; // view
-    TEdcAxes axes;
-    TZulPlanTools tools;
     TZulEmitterLayer emittLayer;
     TZulAirHeaterLayer airhtLayer; // shown and printed, never the active one
     TZulHoleLayer holeLayer;       // of the floor
     TZulZoneLayer zoneLayer;
-    TEdcSpriteManager sprites;
     bool valid = false;
     ZulPassMap map; // what the last run left
-    std::unique_ptr<TEdcPicture> picture;
     std::unique_ptr<TColorScale> scale;
     TZulWallLetters letters;
     TZulRoomPalette *palette; // view
     TZulMapInfo *info;        // view
-    TZulPlanHead head;
 };
 
 /// The plan of a wall or of the ceiling.
-class TZulWallBlock : public TEdcBlock
+class TZulWallBlock : public TZulPlanBlock
 {
 public:
     TZulWallBlock(TZulRoomBlock *rm, EmSURFACE *surf, const char *aTitle);
     void Update(bool partial) override;
     void Layout(TDC &dc, TEdcSize &trueSize, double scale) override;
-    void Paint(TDC &dc, const TRect &part) override;
-    void Print(TDC &dc, const TRect &part) override;
-    void Open() override;
-    void Close() override;
-    bool DoCommand(int id) override;
-    void EnableCommand(TCommandEnabler &ce) override;
     virtual EmSURFACE *Surface() const { return surface; }
     TZulRoomBlock *RoomBlock() const { return roomBlk; }
-    TEdcSpriteManager &Sprites() { return sprites; }
-    TEdcAxes &Axes() { return axes; }
 
 private:
-    void PaintPlan(TDC &dc, const TRect &part);
+    void PaintPlan(TDC &dc, const TRect &part) override;
 
-    TEdcAxes axes;
-    TZulPlanTools tools;
     TZulHoleLayer holeLayer;
-    TEdcSpriteManager sprites;
     TZulRoomBlock *roomBlk; // view
     EmSURFACE *surface;     // view
-    TZulPlanHead head;
 };
 
-/// What the maps of the hygiene evaluation have in common: head, picture over the hall's rectangle, axes, frame
-/// and the layers above them. The map lays its legends out below it.
-class TZulMapPlan
+/// A map of the hygiene evaluation: head, picture over the hall's rectangle, axes, frame and the zones above
+/// them. Its legends lie below the plan.
+class TZulMapBlock : public TZulDrawnBlock
 {
 public:
-    TZulMapPlan(TEdcBlock *blk, EmROOM &room);
-    /// Head and plan in the upper left corner of `space` px. @return how far down they reach, px
-    int Layout(TDC &dc, TSize space, double scale);
-    void PaintBelow(TDC &dc) const;              // head and picture, below the legends
-    void PaintAbove(TDC &dc, const TRect &part); // axes and frame
-    TRect HallRect() const;                      // px, the hall as the axes have it
+    TZulMapBlock(EmROOM &room, const char *aTitle);
 
-    TZulPlanHead head;
-    TEdcAxes axes;
-    TZulZoneLayer zoneLayer;
-    TEdcSpriteManager sprites;
-    std::unique_ptr<TEdcPicture> picture; // NULL without an evaluation
+protected:
+    /// Head and plan in the upper left corner of `space` px. @return how far down they reach, px
+    int LayoutPlan(TDC &dc, TSize space, double scale);
+    void PaintPlan(TDC &dc, const TRect &part) override;
+    virtual void PaintLegends(TDC &dc) = 0;
+    TRect HallRect() const; // px, the hall as the axes have it
 
 private:
+    TZulZoneLayer zoneLayer;
     AgPOINT min, max; // m, corners of the hall
 };
 
 /// Where all criteria are met, and on what share of the plan.
-class TZulSummaryMap : public TEdcBlock
+class TZulSummaryMap : public TZulMapBlock
 {
 public:
     explicit TZulSummaryMap(TZulRoomBlock *aRoomBlk);
     void Update(bool partial) override;
     void Layout(TDC &dc, TEdcSize &trueSize, double scale) override;
-    void Paint(TDC &dc, const TRect &part) override;
-    void Print(TDC &dc, const TRect &part) override;
 
     TZulRoomBlock *RoomBlock() const { return roomBlk; }
-    const TEdcPicture *Picture() const { return plan.picture.get(); } // NULL until updated
     const TZulLegend *Legend() const { return legend.get(); } // NULL until laid out, and without a picture
     int Pixels() const { return pixels; }
     int Passed() const { return passed; }
@@ -309,10 +315,9 @@ public:
 private:
     void FillPicture();
     void FillLegend(int fontSize);
-    void PaintMap(TDC &dc, const TRect &part);
+    void PaintLegends(TDC &dc) override;
 
     TZulRoomBlock *roomBlk; // view
-    TZulMapPlan plan;
     std::unique_ptr<TZulLegend> legend;
     int32_t pixels = 0; // raster points in all
     int32_t passed = 0; // points where no criterion failed
@@ -321,7 +326,7 @@ private:
 };
 
 /// A map of one criterion: whoever derives from it states a band and gives a value for each point of the plan.
-class TZulCriterionMap : public TEdcBlock
+class TZulCriterionMap : public TZulMapBlock
 {
 public:
     enum { FORMATMAX = 32, TEXTMAX = 256 };
@@ -329,8 +334,6 @@ public:
     explicit TZulCriterionMap(TZulSummaryMap *aSummary);
     void Update(bool partial) override;
     void Layout(TDC &dc, TEdcSize &trueSize, double scale) override;
-    void Paint(TDC &dc, const TRect &part) override;
-    void Print(TDC &dc, const TRect &part) override;
     virtual void Prepare() {}
     virtual double Value(AgPOINT) { return 0.0; }
     virtual void Finish() {}
@@ -343,7 +346,6 @@ public:
     /// The limits in either order. A limit of the lowest or highest double is none.
     void SetBand(double aMin, double aMax, double aTol, const char *frm);
     const EmCRITERION &Band() const { return band; }
-    const TEdcPicture *Picture() const { return plan.picture.get(); } // NULL until updated
     const TZulLegend *LegendA() const { return legendA.get(); } // NULL until laid out, and without a picture
     const TZulLegend *LegendB() const { return legendB.get(); }
 
@@ -355,9 +357,8 @@ private:
     void FillLegends(int fontSize);
     void AddLimit(int color, double limit);
     int LayoutLegends(TDC &dc, TSize space, double scale);
-    void PaintMap(TDC &dc, const TRect &part);
+    void PaintLegends(TDC &dc) override;
 
-    TZulMapPlan plan;
     std::unique_ptr<TZulLegend> legendA, legendB; // the classes; the band's limits
     EmCRITERION band;                             // min, max, tol
     char format[FORMATMAX] = "%lg";

@@ -39,14 +39,14 @@ void CopyPixels(const ZulPixels &from, ZulPixels &to)
 } // namespace
 
 TZulCriterionMap::TZulCriterionMap(TZulSummaryMap *aSummary)
-    : summary(aSummary), plan(this, *aSummary->RoomBlock()->Room())
+    : TZulMapBlock(*aSummary->RoomBlock()->Room(), ""), summary(aSummary)
 {
 }
 
 void TZulCriterionMap::SetTitle(const char *str)
 {
     ASSERT(str != NULL);
-    plan.head.SetTitle(str);
+    head.SetTitle(str);
 }
 
 void TZulCriterionMap::SetLegendTitle(const char *str)
@@ -67,10 +67,10 @@ void TZulCriterionMap::SetBand(double aMin, double aMax, double aTol, const char
 void TZulCriterionMap::Update(bool)
 {
     __enter
-        plan.sprites.Reload(NULL); __test; // the zones show whether there is a map or not
+        sprites.Reload(NULL); __test; // the zones show whether there is a map or not
         if (summary->RoomBlock()->IsValid()) {
             StatusMessage("%s", ResText(TEXT_STATUS));
-            plan.picture.reset();
+            picture.reset();
             Prepare(); __test;
             if (summary->RoomBlock()->Map().HasMap()) {
                 Judge(); __test;
@@ -79,7 +79,7 @@ void TZulCriterionMap::Update(bool)
             StatusMessage(NULL);
         }
     __point
-        plan.picture.reset();
+        picture.reset();
     __treat
 }
 
@@ -96,7 +96,7 @@ void TZulCriterionMap::Judge()
             for (int i = 0; i < raster.columns; ++i)
                 if (classes.Row(j)[i] != MET)
                     summary->Fail(i, j);
-        plan.picture = ZulMakePicture(classes, roomBlk.Palette()->criterionColors); __test;
+        picture = ZulMakePicture(classes, roomBlk.Palette()->criterionColors); __test;
     __point
     __treat
 }
@@ -171,10 +171,10 @@ void TZulCriterionMap::Layout(TDC &dc, TEdcSize &trueSize, double scale)
         int below = 0; // px, the legends and the gap above them
         legendA.reset();
         legendB.reset();
-        if (plan.picture != NULL) {
+        if (picture != NULL) {
             below = LayoutLegends(dc, space, scale); __test;
         }
-        int bottom = plan.Layout(dc, {space.cx, space.cy - below}, scale) + below; __test;
+        int bottom = LayoutPlan(dc, {space.cx, space.cy - below}, scale) + below; __test;
         if (legendA != NULL) {
             int height = std::max(legendA->Rect().Height(), legendB->Rect().Height());
             legendA->MoveBy(0, bottom - height);
@@ -187,40 +187,15 @@ void TZulCriterionMap::Layout(TDC &dc, TEdcSize &trueSize, double scale)
     __treat
 }
 
-void TZulCriterionMap::PaintMap(TDC &dc, const TRect &part)
+void TZulCriterionMap::PaintLegends(TDC &dc)
 {
     __enter
-        plan.PaintBelow(dc); __test;
         if (legendA != NULL) {
             legendA->Paint(dc); __test;
             legendB->Paint(dc); __test;
         }
-        plan.PaintAbove(dc, part); __test;
     __point
     __treat
-}
-
-void TZulCriterionMap::Paint(TDC &dc, const TRect &part)
-{
-    __enter
-        PaintMap(dc, part); __test;
-        plan.sprites.Paint(dc, part); __test;
-    __point
-    __treat
-}
-
-void TZulCriterionMap::Print(TDC &dc, const TRect &part)
-{
-    std::unique_ptr<TEdcPicture> printed;
-    printed.swap(plan.picture);
-    __enter
-        if (printed != NULL)
-            printed->Print(dc);
-        PaintMap(dc, part); __test;
-        plan.sprites.PaintPlain(dc, part); __test;
-    __point
-    __treat
-    printed.swap(plan.picture);
 }
 
 TZulHeadTempMap::TZulHeadTempMap(TZulSummaryMap *aSummary) : TZulCriterionMap(aSummary)

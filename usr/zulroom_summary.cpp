@@ -1,5 +1,5 @@
-// The plan that the maps of the hygiene evaluation share, and the map that sums the criteria up. Each failing
-// point of a criterion is told to it once a pixel, and its legend is made at the layout, after all of them.
+// The map that sums the criteria up. Each failing point of a criterion is told to it once a pixel, and its
+// legend is made at the layout, after all of them.
 #include "usr/zulroom.h"
 
 #include "lib/platform.h"
@@ -24,75 +24,25 @@ const char fontName[] = "Arial";
 enum { FONT_POINTS = 10 };
 } // namespace
 
-TZulMapPlan::TZulMapPlan(TEdcBlock *blk, EmROOM &room)
-    : head(""), zoneLayer(room.Zones(), &axes), sprites(blk), min(room.Box().min), max(room.Box().max)
+TZulSummaryMap::TZulSummaryMap(TZulRoomBlock *aRoomBlk)
+    : TZulMapBlock(*aRoomBlk->Room(), ResText(TEXT_TITLE)), roomBlk(aRoomBlk)
 {
-    ZulSetUpAxes(axes);
-    ZulSetRange(axes, room.Box());
-    sprites.AddLayer(&zoneLayer);
-}
-
-int TZulMapPlan::Layout(TDC &dc, TSize space, double scale)
-{
-    int bottom = 0;
-    __enter
-        int top = head.Layout(dc, space.cx, scale); __test;
-        axes.Layout(dc, {0, top, space.cx, std::max(top, space.cy)}, scale, true); __test;
-        if (picture != NULL)
-            picture->SetRect(HallRect());
-        ZulSizePerson(zoneLayer, dc, scale);
-        sprites.Layout(dc); __test;
-        bottom = std::max(top, axes.outer.bottom);
-    __point
-    __treat
-    return bottom;
-}
-
-TRect TZulMapPlan::HallRect() const
-{
-    TPoint a = axes.ToDevice(min);
-    TPoint b = axes.ToDevice(max);
-    return TRect{a.x, a.y, b.x, b.y}.Normalized();
-}
-
-void TZulMapPlan::PaintBelow(TDC &dc) const
-{
-    __enter
-        head.Paint(dc); __test;
-        if (picture != NULL)
-            picture->Paint(dc);
-    __point
-    __treat
-}
-
-void TZulMapPlan::PaintAbove(TDC &dc, const TRect &part)
-{
-    __enter
-        axes.Paint(dc, part); __test;
-        ZulFrame(dc, axes, min, max);
-    __point
-    __treat
-}
-
-TZulSummaryMap::TZulSummaryMap(TZulRoomBlock *aRoomBlk) : roomBlk(aRoomBlk), plan(this, *aRoomBlk->Room())
-{
-    plan.head.SetTitle(ResText(TEXT_TITLE));
 }
 
 void TZulSummaryMap::Update(bool)
 {
     __enter
-        plan.sprites.Reload(NULL); __test; // the zones show whether there is a map or not
+        sprites.Reload(NULL); __test; // the zones show whether there is a map or not
         if (roomBlk->IsValid()) {
             isJudged = false;
-            plan.picture.reset();
+            picture.reset();
             pixels = passed = 0;
             if (roomBlk->Map().HasMap()) {
                 FillPicture(); __test;
             }
         }
     __point
-        plan.picture.reset();
+        picture.reset();
         pixels = passed = 0;
     __treat
 }
@@ -103,10 +53,10 @@ void TZulSummaryMap::FillPicture()
     __enter
         const TEdcColorScale &colors = roomBlk->Palette()->criterionColors;
         const ZulPixels &map = roomBlk->Map().pixels;
-        plan.picture = std::make_unique<TEdcPicture>(map.Width(), map.Height());
-        plan.picture->bitmap.SetPalette(*colors.palette);
+        picture = std::make_unique<TEdcPicture>(map.Width(), map.Height());
+        picture->bitmap.SetPalette(*colors.palette);
         for (int j = 0; j < map.Height(); ++j)
-            std::memset(plan.picture->bitmap.Row(j), colors.Index(0), static_cast<size_t>(map.Width()));
+            std::memset(picture->bitmap.Row(j), colors.Index(0), static_cast<size_t>(map.Width()));
         pixels = passed = map.Width() * map.Height();
     __point
     __treat
@@ -126,10 +76,10 @@ const ZulHygieneMaps &TZulSummaryMap::Judged()
 
 void TZulSummaryMap::Fail(int column, int row)
 {
-    if (plan.picture == NULL)
+    if (picture == NULL)
         return;
     const TEdcColorScale &colors = roomBlk->Palette()->criterionColors;
-    uint8_t &pixel = plan.picture->bitmap.Row(row)[column];
+    uint8_t &pixel = picture->bitmap.Row(row)[column];
     passed -= pixel == colors.Index(0);
     pixel = static_cast<uint8_t>(colors.Index(2));
 }
@@ -155,14 +105,14 @@ void TZulSummaryMap::Layout(TDC &dc, TEdcSize &trueSize, double scale)
         TSize space = trueSize.ToPixels(dc, scale);
         int below = 0; // px, the legend and the gap above it
         legend.reset();
-        if (plan.picture != NULL) {
+        if (picture != NULL) {
             int fontSize = ZulFontPixels(dc, FONT_POINTS, scale);
             TRect room = {0, 0, space.cx, space.cy};
             FillLegend(fontSize); __test;
             legend->Layout(dc, room, TZulLegend::COLUMN); __test;
             below = room.Height() + fontSize;
         }
-        int bottom = plan.Layout(dc, {space.cx, space.cy - below}, scale) + below; __test;
+        int bottom = LayoutPlan(dc, {space.cx, space.cy - below}, scale) + below; __test;
         if (legend != NULL)
             legend->MoveBy(0, bottom - legend->Rect().bottom);
         trueSize.FromPixels(dc, {space.cx, bottom}, scale);
@@ -171,37 +121,8 @@ void TZulSummaryMap::Layout(TDC &dc, TEdcSize &trueSize, double scale)
     __treat
 }
 
-void TZulSummaryMap::PaintMap(TDC &dc, const TRect &part)
+void TZulSummaryMap::PaintLegends(TDC &dc)
 {
-    __enter
-        plan.PaintBelow(dc); __test;
-        if (legend != NULL) {
-            legend->Paint(dc); __test;
-        }
-        plan.PaintAbove(dc, part); __test;
-    __point
-    __treat
-}
-
-void TZulSummaryMap::Paint(TDC &dc, const TRect &part)
-{
-    __enter
-        PaintMap(dc, part); __test;
-        plan.sprites.Paint(dc, part); __test;
-    __point
-    __treat
-}
-
-void TZulSummaryMap::Print(TDC &dc, const TRect &part)
-{
-    std::unique_ptr<TEdcPicture> printed;
-    printed.swap(plan.picture);
-    __enter
-        if (printed != NULL)
-            printed->Print(dc);
-        PaintMap(dc, part); __test;
-        plan.sprites.PaintPlain(dc, part); __test;
-    __point
-    __treat
-    printed.swap(plan.picture);
+    if (legend != NULL)
+        legend->Paint(dc);
 }

@@ -16,9 +16,8 @@ EmHOLESET *HolesOf(const TZulRoomBlock *rm, EmSURFACE *surf)
 } // namespace
 
 TZulWallBlock::TZulWallBlock(TZulRoomBlock *rm, EmSURFACE *surf, const char *aTitle)
-    : holeLayer(HolesOf(rm, surf), &axes), sprites(this), roomBlk(rm), surface(surf), head(aTitle)
+    : TZulPlanBlock(aTitle), holeLayer(HolesOf(rm, surf), &axes), roomBlk(rm), surface(surf)
 {
-    ZulSetUpAxes(axes);
     sprites.AddLayer(&holeLayer);
     tools.Join(sprites);
     for (TEdcSpriteTool *each : tools.All())
@@ -52,44 +51,4 @@ void TZulWallBlock::PaintPlan(TDC &dc, const TRect &part)
         ZulFrame(dc, axes, AgE0, Surface()->size);
     __point
     __treat
-}
-
-void TZulWallBlock::Paint(TDC &dc, const TRect &part)
-{
-    __enter
-        PaintPlan(dc, part); __test;
-        sprites.Paint(dc, part); __test;
-    __point
-    __treat
-}
-
-void TZulWallBlock::Print(TDC &dc, const TRect &part)
-{
-    __enter
-        PaintPlan(dc, part); __test;
-        sprites.PaintPlain(dc, part); __test;
-    __point
-    __treat
-}
-
-void TZulWallBlock::Open()
-{
-    sprites.Resume(true);
-}
-
-/// The tool is forgotten: opening begins with the selector, and a creator that was handed over first would ask
-/// for properties.
-void TZulWallBlock::Close()
-{
-    sprites.Suspend(true);
-}
-
-bool TZulWallBlock::DoCommand(int id)
-{
-    return sprites.Command(id);
-}
-
-void TZulWallBlock::EnableCommand(TCommandEnabler &ce)
-{
-    sprites.CommandEnable(ce);
 }
