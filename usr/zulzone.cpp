@@ -92,9 +92,13 @@ TEdcDrawSprite *TZulZoneLayer::CreateSprite(const TEdcDrawCreation &creation)
     __enter
         bool can = creation.type == EDC_TlRECT && CanCreate(creation); __test;
         if (can) {
-            TEdcDrawCreation zone = creation; __test;
-            zone.flags |= TEdcDrawRect::FRAMEONLY;
+            TEdcDrawCreation zone;
             zone.type = ZUL_ZONE;
+            zone.flags = creation.flags | TEdcDrawRect::FRAMEONLY;
+            zone.stock = creation.stock;
+            for (int i = 0; i < creation.points.Count(); ++i) {
+                zone.points.Insert(creation.points[i]); __test;
+            }
             spr = new TZulZoneSprite(zone); __test;
         }
     __point
