@@ -5,6 +5,7 @@
 #include "support/testapp.h"
 #include "usr/edcutils.h"
 #include "usr/zulmark.h"
+#include "win/gadgets.h"
 #include "win/utf8.h"
 
 #include <gtest/gtest.h>
@@ -17,7 +18,7 @@ namespace designer
 {
 namespace
 {
-const double CLIENT_WIDTH = 1300; // px at display scale 1
+const double CLIENT_WIDTH = 1300; // px at display scale 1, and not much more at others
 const double CLIENT_HEIGHT = 840;
 enum { FINE = 110 }; // px a metre: more than one a step of the grid
 
@@ -78,8 +79,9 @@ HallDesigner::HallDesigner()
     testdoor::UnexpectedBoxes();
     application->InitMainWindow();
     Frame().Create();
-    testdoor::ResizeClient(
-        Doc(), {static_cast<int>(CLIENT_WIDTH * TestScale()), static_cast<int>(CLIENT_HEIGHT * TestScale())});
+    double scale = std::min(TestScale(), 1.4);
+    testdoor::ResizeClient(Doc(),
+                           {static_cast<int>(CLIENT_WIDTH * scale), static_cast<int>(CLIENT_HEIGHT * scale)});
     testdoor::Settle();
     EXPECT_STREQ(xCode, XNULL);
 }
@@ -392,6 +394,14 @@ void HallDesigner::Take(int layer, int tool)
         Press(tool);
     ASSERT_EQ(Layer().Id(), layer);
     ASSERT_EQ(Sprites().Tool()->Id(), tool);
+    testdoor::IdleStep();
+    for (int button : {int{EDC_TlSELECT}, int{EDC_TlSTOCK}, int{EDC_TlRECT}, int{ZUL_EMITTERS},
+                       int{ZUL_AIRHEATERS}, int{ZUL_HOLES}, int{ZUL_ZONES}})
+        EXPECT_EQ(testdoor::Gadgets(Frame(), button).at(0).checked, button == layer || button == tool)
+            << button;
+    TRect client = Doc().GetClientRect();
+    testdoor::Move(Doc(), {client.Width() / 2, client.Height() / 2});
+    EXPECT_FALSE(AppStatusBar()->Text().empty()) << "what a click will do";
 }
 
 /// A creator asks for the parameters when it is taken.

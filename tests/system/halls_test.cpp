@@ -572,6 +572,51 @@ TEST_F(Halls, NothingIsPlacedBeforeItsParametersAreStated)
     at.Click(at.At(15, 2));
     EXPECT_EQ(Emitter(5).pos.z, 5.1);
     ExpectFiguresOfFile();
+    at.Click(at.At(17, 2)); // with the same tool, behind an update
+    EXPECT_EQ(Emitter(6).pos.z, 5.1);
+    EXPECT_EQ(at.Layer().CountSel(), 1);
+    // A plan that is opened again begins anew.
+    at.ClosePlan();
+    at.OpenPlan(at.FloorPlan());
+    HallDesigner::Box([](DialogBox &box) { EXPECT_EQ(box.Text(103), ""); }, WIN_ID_CANCEL);
+    at.Take(ZUL_EMITTERS, EDC_TlSTOCK);
+}
+
+TEST_F(Halls, TheSmallestAndAVeryLargeHallAreDesignedAlike)
+{
+    for (const AgPOINT &size : {AgPOINT(1, 1, 1), AgPOINT(10000, 8000, 1000)}) {
+        SCOPED_TRACE(size.x);
+        at.NewHall(size);
+        at.FillPeriod(hallTables[WORKSHOP].data);
+        at.FillInsulation(hallTables[WORKSHOP].data);
+        at.FillEnergy(hallTables[WORKSHOP].data);
+        at.FillHygiene(hallTables[WORKSHOP].data);
+        auto part = [&size](double x, double y) { return AgPOINT(size.x * x, size.y * y); };
+        at.OpenPlan(at.FloorPlan());
+        EMITTERROW row = hallTables[WORKSHOP].emitters[0];
+        row.first = part(0.25, 0.5);
+        row.first.z = size.z * 0.8;
+        row.step = part(0.5, 0);
+        at.PlaceEmitters(row);
+        EXPECT_EQ(Emitter(1).pos, AgPOINT(size.x * 0.75, size.y * 0.5, size.z * 0.8));
+        at.DrawZone({part(0.5, 0.25), part(0.5, 0.25), 0});
+        EXPECT_EQ(at.Room().Zones()->First()->size, part(0.5, 0.25));
+        at.ClosePlan();
+        for (int surface = ON_CEILING; surface <= ON_WALL_D; ++surface) {
+            at.OpenPlan(at.PlanOf(surface));
+            OPENINGROW opening = hallTables[WORKSHOP].openings[1];
+            opening.size = AgPOINT(0.5, 0.25) * size.z;
+            opening.first = opening.size;
+            opening.count = 1;
+            at.PlaceOpenings(opening);
+            EXPECT_TRUE(LooksFresh(at.Doc()));
+            at.ClosePlan();
+        }
+        file = at.Folder().Path("Halle" + Written(size.x) + ".sc1");
+        at.SaveAs(file);
+        ExpectFiguresOfFile();
+        EXPECT_TRUE(LooksFresh(at.Doc()));
+    }
 }
 
 // Catalogues
