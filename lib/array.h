@@ -258,6 +258,7 @@ template <class T>
 void ARRAY<T>::Move(T *dst, const T *src, int n)
 {
     __enter
+        ASSERT(n <= 0 || dst != NULL);
         if (std::less<const T *>()(dst, src)) {
             for (int i = 0; i < n; ++i) {
                 dst[i] = src[i]; __test;
