@@ -159,6 +159,8 @@ std::string FaultOfGeometry(const TEdcSprite *spr, bool isLaidOut)
 class PlanProgram : public DocCase
 {
 protected:
+    enum { FLOOR_HOLE_LIST = 3, EMITTER_LIST, AIR_HEATER_LIST }; // in Parts(); that of a wall stands behind it
+
     PlanProgram() { frame->Create(); } // menus come up over a window
     ~PlanProgram() override { Leave(); }
 
@@ -478,51 +480,52 @@ protected:
     {
         const int selecting[] = {EDC_CmSELECTALL, EDC_CmSELECTNONE, EDC_CmINVERT};
         const int layers[] = {ZUL_EMITTERS, ZUL_HOLES, ZUL_ZONES};
-        int what = chance.Int(0, 99);
+        int what = chance.Int(0, 77);
         const PLACE *place = Active();
         if (place && place->layer->CountLnk() > 12) {
             doc->EvCommand(EDC_CmINVERT);
             doc->EvCommand(EDC_CmDELETE);
             return;
         }
-        if (what < 30) {
+        if (what < 20) {
             looksOnly = true;
             doc->EvCommand(chance.Of(selecting));
-        } else if (what < 34) {
+        } else if (what < 24) {
             doc->EvCommand(EDC_CmDELETE);
-        } else if (what < 54) {
+        } else if (what < 38) {
             looksOnly = true;
             if (opened->blk == places[0].blk)
                 doc->EvCommand(chance.Of(layers));
-        } else if (what < 70) {
+        } else if (what < 45) {
             looksOnly = true;
             doc->EvCommand(EDC_TlSELECT);
-        } else if (what < 73) {
+        } else if (what < 59) {
             ChooseTool();
-        } else if (what < 74) {
+        } else if (what < 61) {
             WithBoxes([this] { doc->EvCommand(EDC_CmOPEN); });
-        } else if (what < 76) {
+        } else if (what < 64) {
             WithBoxes([this] { doc->EvCommand(EDC_CmLOCATE); });
-        } else if (what < 78) {
+        } else if (what < 66) {
             looksOnly = true;
             doc->EvCommand(EDC_CmALIGN);
             testdoor::Settle();
-        } else if (what < 84) {
+        } else if (what < 71) {
             looksOnly = anew = true;
             for (const PLACE &each : places)
                 each.layer->Reload(NULL);
-        } else if (what < 87) {
+        } else if (what < 74) {
             looksOnly = anew = true;
             doc->Refresh(chance.One(8) ? EDC_RECALC : EDC_UPDATE);
             CheckLists();
-        } else if (what < 93) {
+        } else if (what < 78) {
             looksOnly = true;
-            OpenPlan(places[static_cast<size_t>(chance.Int(0, static_cast<int>(places.size()) - 1))].blk);
+            size_t other = static_cast<size_t>(chance.Int(0, static_cast<int>(places.size()) - 1));
+            OpenPlan(places[chance.One(2) ? 0 : other].blk);
         }
     }
     void ChooseTool()
     {
-        const int tools[] = {EDC_TlALIGN, EDC_TlSTOCK, EDC_TlRECT};
+        const int tools[] = {EDC_TlALIGN, EDC_TlSTOCK, EDC_TlSTOCK, EDC_TlRECT, EDC_TlRECT};
         looksOnly = true;
         WithBoxes([&] { doc->EvCommand(chance.Of(tools)); });
     }
@@ -551,7 +554,9 @@ protected:
         for (size_t i = 0; i < places.size(); ++i) {
             const PLACE &place = places[i];
             ASSERT_EQ(FaultOf(*place.layer), "");
-            ASSERT_EQ(FaultOfStep(before[i], SHOT(place), anew), "");
+            SHOT now(place);
+            ASSERT_EQ(FaultOfStep(before[i], now, anew), "");
+            Count(place.layer->Id(), before[i], now);
             bool isOpen = place.blk == doc->openedBlk;
             ASSERT_EQ(place.layer->IsActive(), isOpen && place.sprites->Layer() == place.layer);
             int number = 0;
@@ -563,6 +568,14 @@ protected:
                 }
             }
         }
+    }
+    void Count(int layer, const SHOT &before, const SHOT &now)
+    {
+        if (before.set == now.set)
+            return;
+        bool creates = Plan().Tool()->Id() == EDC_TlSTOCK || Plan().Tool()->Id() == EDC_TlRECT;
+        (creates ? made : copied)[layer] += static_cast<int>(Common(now.set, before.set, false).size());
+        deleted[layer] += static_cast<int>(Common(before.set, now.set, false).size());
     }
     void CheckDocument(const std::string &bytes)
     {
@@ -579,7 +592,8 @@ protected:
         if (!doc->modified && steps % 8 == 0) {
             ASSERT_TRUE(RoomBytes(*doc->Room()) == stored) << "a change that nobody was told of";
         }
-        if (doc->modified && chance.One(200)) { // as if it had been stored
+        if (doc->modified && chance.One(20)) { // as if it had been stored
+            changes += RoomBytes(*doc->Room()) != stored;
             doc->modified = false;
             stored = RoomBytes(*doc->Room());
         }
@@ -587,16 +601,15 @@ protected:
     /// The lists of the report are those that the sets give now.
     void CheckLists()
     {
-        enum { FLOOR_HOLES = 3, EMITTERS = 4, AIR_HEATERS = 5 }; // in Parts(); those of a wall come behind it
         const EmROOM &room = *doc->Room();
         std::vector<TEdcBlock *> parts = doc->Parts();
         TZulFonts fonts;
-        ExpectSame(parts[EMITTERS], ZulBuildEmitterList(*room.Emitters(), fonts));
-        ExpectSame(parts[AIR_HEATERS], ZulBuildAirHeaterList(*room.AirHeaters(), fonts));
+        ExpectSame(parts[EMITTER_LIST], ZulBuildEmitterList(*room.Emitters(), fonts));
+        ExpectSame(parts[AIR_HEATER_LIST], ZulBuildAirHeaterList(*room.AirHeaters(), fonts));
         for (size_t i = 0; i < parts.size(); ++i)
             if (auto *wall = dynamic_cast<TZulWallBlock *>(parts[i]))
                 ExpectSame(parts[i + 1], ZulBuildHoleList(*wall->Surface()->Holes(), fonts));
-        ExpectSame(parts[FLOOR_HOLES], ZulBuildHoleList(*doc->Room()->Surfaces()->Floor()->Holes(), fonts));
+        ExpectSame(parts[FLOOR_HOLE_LIST], ZulBuildHoleList(*doc->Room()->Surfaces()->Floor()->Holes(), fonts));
         ++updates;
     }
     void ExpectSame(TEdcBlock *group, TEdcBlock *fresh)
@@ -686,7 +699,9 @@ protected:
     int answers = 0;        // to boxes, in one step
     std::string met;        // those boxes
     int steps = 0, updates = 0;
-    std::map<std::string, int> dialogs; // filled, by their captions
+    std::map<std::string, int> dialogs;       // filled, by their captions
+    std::map<int, int> made, copied, deleted; // objects, by their layers
+    int changes = 0;                          // of the hall between two times when it was unmodified
 };
 
 TEST_F(PlanProgram, WhateverIsEditedTheHallAndItsPlansAgree)
@@ -707,6 +722,27 @@ TEST_F(PlanProgram, WhateverIsEditedTheHallAndItsPlansAgree)
         EXPECT_GT(count, 10) << caption;
     EXPECT_EQ(dialogs.size(), 4U);
     EXPECT_GT(updates, 100);
+    EXPECT_GT(changes, 500);
+    for (int layer : {int{ZUL_EMITTERS}, int{ZUL_HOLES}, int{ZUL_ZONES}}) {
+        EXPECT_GT(made[layer], 100) << layer;
+        EXPECT_GT(copied[layer], 30) << layer;
+        EXPECT_GT(deleted[layer], 100) << layer;
+    }
+}
+
+TEST_F(PlanProgram, ItsLookAtTheListsSeesWhatIsNotUpToDate)
+{
+    Start(halls[0], 5);
+    TZulFonts fonts;
+    EmEMITTERSET &set = *doc->Room()->Emitters();
+    for (bool same : {true, false}) {
+        if (!same)
+            set.First()->pos.z += 1;
+        TEdcBlock *fresh = ZulBuildEmitterList(set, fonts);
+        EXPECT_NE(Written(fresh), "");
+        EXPECT_EQ(Written(doc->Parts()[EMITTER_LIST]) == Written(fresh), same);
+        ZulDeleteGroup(fresh);
+    }
 }
 
 TEST_F(PlanProgram, ItsChecksSeeWhatIsWrong)
