@@ -33,6 +33,20 @@ protected:
     }
 };
 
+void ExpectWithinPages(const std::string &pdf)
+{
+    for (const PdfPage &page : PdfPages(pdf)) {
+        EXPECT_NEAR(page.width, 595.28, 0.8);
+        EXPECT_NEAR(page.height, 841.89, 0.8);
+    }
+    for (const PdfWord &word : PdfWords(pdf)) {
+        EXPECT_GE(word.x, margin - 1) << word.text;
+        EXPECT_GE(word.y, margin - 4) << word.text; // the ascent has some room above
+        EXPECT_LE(word.right, 595.28 - margin + 1) << word.text;
+        EXPECT_LE(word.bottom, 841.89 - margin + 1) << word.text;
+    }
+}
+
 /// Where a line begins that reads like that: page * 10000 + points from its top; -1 without one.
 double PlaceOf(const Lines &lines, const std::string &text, double after = -1)
 {
@@ -88,17 +102,30 @@ TEST_F(Printing, GivesA4PagesWithNothingOutsideOfThem)
         OpenAndUpdate(hall);
         std::string pdf = Print();
         EXPECT_EQ(PdfPages(pdf).size(), pages.at(hall));
-        for (const PdfPage &page : PdfPages(pdf)) {
-            EXPECT_NEAR(page.width, 595.28, 0.8);
-            EXPECT_NEAR(page.height, 841.89, 0.8);
-        }
-        for (const PdfWord &word : PdfWords(pdf)) {
-            EXPECT_GE(word.x, margin - 1) << word.text;
-            EXPECT_GE(word.y, margin - 4) << word.text; // the ascent has some room above
-            EXPECT_LE(word.right, 595.28 - margin + 1) << word.text;
-            EXPECT_LE(word.bottom, 841.89 - margin + 1) << word.text;
-        }
+        ExpectWithinPages(pdf);
         EXPECT_EQ(PdfTitle(pdf), hall);
+    }
+}
+
+TEST_F(Printing, OfAHallOfAnyShapeStaysOnItsPages)
+{
+    const char *const shapes[][3] = {
+        {"100", "5", "4"}, {"5", "100", "4"}, {"1", "1", "1"}, {"1000", "1000", "1000"}, {"3", "200", "60"},
+    };
+    for (const auto &shape : shapes) {
+        SCOPED_TRACE(testing::Message() << shape[0] << " x " << shape[1] << " x " << shape[2]);
+        NewHall(shape[0], shape[1], shape[2]);
+        Edit(HYGIENE, "Arbeitsbedingungen", [](DialogBox &box) { box.Choose(100, 2); });
+        Update();
+        EXPECT_TRUE(LooksFresh(Doc()));
+        std::string pdf = Print();
+        ExpectWithinPages(pdf);
+        Lines lines(pdf);
+        for (const char *title :
+             {"Fußboden", "Wand A", "Wand D", "Decke", "Auswertung", "Anhang: Arbeitsklassen"})
+            EXPECT_TRUE(lines.Has(title)) << title;
+        Expect(WIN_ID_NO);
+        Choose(CLOSE);
     }
 }
 

@@ -246,6 +246,16 @@ protected:
         std::vector<TColor> pixels = testdoor::Pixels(Doc());
         return std::count(pixels.begin(), pixels.end(), color);
     }
+    /// Behind a message that tells of a failure the window is painted a moment later.
+    void SettleBehindMessages()
+    {
+        enum { TRIES = 400 };
+        testdoor::Settle();
+        for (int i = 0; i < TRIES && Doc().NeedsPaint(); ++i) {
+            usleep(5000);
+            testdoor::Settle();
+        }
+    }
     bool IsBlue() { return testdoor::Pixel(Doc(), {0, 0}) == TColor{0, 0, 128}; }
     testing::AssertionResult IsEmptyWindow()
     {
@@ -253,11 +263,7 @@ protected:
             return testing::AssertionFailure() << "there is a hall: " << Caption();
         if (Doc().IsScrollBarEnabled(WIN_BAR_VERTICAL))
             return testing::AssertionFailure() << "it scrolls";
-        enum { TRIES = 400 };
-        for (int i = 0; i < TRIES && !IsBlue(); ++i) { // behind a message the window is painted a moment later
-            usleep(5000);
-            testdoor::Settle();
-        }
+        SettleBehindMessages();
         if (!IsBlue())
             return testing::AssertionFailure() << "it is not blue";
         return testing::AssertionSuccess();
