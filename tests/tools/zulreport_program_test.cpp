@@ -10,7 +10,8 @@
 
 #include <algorithm>
 #include <csignal>
-#include <grp.h>
+#include <linux/capability.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
@@ -195,11 +196,13 @@ protected:
     const std::string hall = HallFile("Werkstatt");
 };
 
-/// In the child: no longer the superuser.
+/// In the child: the superuser is bound to the rights of files as everybody is. The owner stays who it is, for
+/// the program may lie where nobody else can reach it.
 void BecomePlain()
 {
-    if (geteuid() == 0 && (setgroups(0, NULL) != 0 || setgid(65534) != 0 || setuid(65534) != 0))
-        _exit(125);
+    for (int right : {CAP_DAC_OVERRIDE, CAP_DAC_READ_SEARCH})
+        if (geteuid() == 0 && prctl(PR_CAPBSET_DROP, right, 0, 0, 0) != 0)
+            _exit(125);
 }
 } // namespace
 
